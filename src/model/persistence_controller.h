@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <functional>
+#include <memory>
+
+#include "base/clock.h"
+#include "model/store/object_context.h"
+
+namespace quillo {
+
+class UserDefaults;
+
+enum class StoreState {
+    Loaded,    ///< The file is open.
+    InMemory,  ///< The file cannot be used at present; captures are held and saved later.
+    Failed,    ///< Neither the file nor its replacement could be opened.
+};
+
+enum class StoreKind { OnDisk, InMemory };
+
+/// Owns the one store of clips and groups: opens it, migrates it, sets a broken file aside and
+/// hands out contexts. A store that is busy, unreadable for lack of rights, on a full disk or
+/// written by a newer version is never touched: captures then go to memory and are saved through
+/// the normal way (duplicates, limit) when a later attempt to open it succeeds.
+/// Made and destroyed on the main thread; destruction waits for work that was begun.
+class PersistenceController final : public QObject {
+    Q_OBJECT
+
+public:
+    struct Options {
+        StoreKind kind = StoreKind::OnDisk;
+        /// The folder that holds the store's own folder "Quillo"; empty takes the XDG data home.
+        QString baseFolder;
+        const Clock* clock = nullptr;            ///< Must outlive the controller.
+        const UserDefaults* defaults = nullptr;  ///< For the history limit of a late save.
+        std::chrono::milliseconds retryInterval{10'000};
+    };
+
+    /// Opens the store before it returns.
+    explicit PersistenceController(const Options& options, QObject* parent = nullptr);
+    ~PersistenceController() override;
+
+    [[nodiscard]] StoreState state() const;
+
+    /// The store's file; empty for one in memory.
+    [[nodiscard]] QString storePath() const;
+
+    /// The main thread's context.
+    [[nodiscard]] ObjectContext& viewContext();
+
+    /// Runs work with a fresh background context on the store's own thread, in the order of the
+    /// calls. Returns at once. Any thread.
+    void perform(std::move_only_function<void(ObjectContext&)> work);
+
+    /// Waits until everything performed so far is done. For shutdown and tests.
+    void waitUntilIdle();
+
+Q_SIGNALS:
+    void stateChanged();
+
+private:
+    class Private;
+    std::unique_ptr<Private> d;
+};
+
+}  // namespace quillo

@@ -1,0 +1,186 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QHash>
+#include <QList>
+#include <QObject>
+#include <QSet>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "base/result.h"
+#include "model/store/object_model.h"
+
+namespace quillo {
+
+class ObjectContext;
+class ObjectStore;
+
+/// One condition of a fetch on one attribute.
+struct Condition {
+    enum class Operator { Equal, NotEqual, Less, Greater, IsAbsent, IsPresent };
+
+    int attribute = 0;
+    Operator op = Operator::Equal;
+    Value value;
+};
+
+struct SortKey {
+    int attribute = 0;
+    Qt::SortOrder order = Qt::AscendingOrder;
+};
+
+/// What to fetch: all conditions hold, sorted by the keys and then by the record's key, so that
+/// the order is the same every time. limit 0 means all.
+struct FetchRequest {
+    Entity entity = Entity::Clip;
+    QList<Condition> conditions;
+    QList<ObjectId> ids;  ///< When not empty, only these records.
+    QList<SortKey> sort;
+    qsizetype limit = 0;
+    qsizetype offset = 0;
+};
+
+/// What a save did, or what came from another context. Values are not in it.
+struct ChangeSet {
+    struct Update {
+        ObjectId id;
+        QList<int> attributes;       ///< Positions in the entity's description.
+        bool relationships = false;  ///< Members of a relationship changed.
+    };
+
+    QList<ObjectId> inserted;
+    QList<Update> updated;
+    QList<ObjectId> deleted;
+    bool everything = false;  ///< The store itself was exchanged: fetch anew.
+
+    [[nodiscard]] bool isEmpty() const;
+};
+
+/// A record in a context: the typed classes (Clip, Pinboard, Tag) derive from it. Belongs to its
+/// context's thread. A record whose row was deleted elsewhere keeps its last values and answers
+/// isDeleted.
+class StoredObject {
+public:
+    StoredObject(ObjectContext& context, ObjectId id);
+    virtual ~StoredObject();
+    StoredObject(const StoredObject&) = delete;
+    StoredObject& operator=(const StoredObject&) = delete;
+
+    [[nodiscard]] ObjectId objectId() const { return m_id; }
+    /// The record's UUID, set once at creation.
+    [[nodiscard]] QUuid id() const { return m_id.key; }
+    /// Null once the context is gone.
+    [[nodiscard]] ObjectContext* context() const { return m_context; }
+    [[nodiscard]] bool isDeleted() const { return m_deleted; }
+
+    /// Loads a heavy attribute on first use; an unreadable one is absent.
+    [[nodiscard]] const Value& value(int attribute) const;
+    void setValue(int attribute, Value value);
+
+    /// Drops the heavy values that are loaded and unchanged.
+    void dropHeavyValues();
+
+private:
+    friend class ObjectContext;
+
+    ObjectContext* m_context;
+    ObjectId m_id;
+    mutable std::vector<Value> m_values;
+    mutable std::vector<bool> m_loaded;
+    std::vector<bool> m_changed;
+    bool m_deleted = false;
+};
+
+/// A unit of work on the store: records fetched, changed, inserted and deleted here are written
+/// by save() in one transaction. A context belongs to one thread: the view context to the main
+/// thread, a background context to the store's queue for the length of one perform().
+///
+/// Where two contexts meet, a deletion wins and other changes merge attribute by attribute, the
+/// later writer's value standing.
+class ObjectContext final : public QObject {
+    Q_OBJECT
+
+public:
+    ~ObjectContext() override;
+
+    /// T is Clip, Pinboard or Tag; request.entity is set from it. The same record is the same
+    /// object as long as somebody holds it.
+    template <typename T>
+    [[nodiscard]] Result<QList<std::shared_ptr<T>>> fetch(FetchRequest request) {
+        request.entity = T::kEntity;
+        auto rows = fetchObjects(request);
+        if (!rows) {
+            return std::unexpected(rows.error());
+        }
+        QList<std::shared_ptr<T>> result;
+        result.reserve(rows->size());
+        for (const std::shared_ptr<StoredObject>& row : *rows) {
+            result.append(std::static_pointer_cast<T>(row));
+        }
+        return result;
+    }
+
+    /// The record of that identity; none when there is none.
+    template <typename T>
+    [[nodiscard]] std::shared_ptr<T> object(const QUuid& key) {
+        return std::static_pointer_cast<T>(fetchObject(ObjectId{T::kEntity, key}));
+    }
+
+    [[nodiscard]] Result<QList<ObjectId>> fetchIds(const FetchRequest& request);
+    [[nodiscard]] Result<qsizetype> count(const FetchRequest& request);
+
+    /// A new record with a fresh random UUID, written by the next save().
+    template <typename T>
+    [[nodiscard]] std::shared_ptr<T> insert() {
+        return std::static_pointer_cast<T>(insertObject(T::kEntity));
+    }
+
+    void remove(StoredObject& object);
+
+    /// Members of a relationship of a record, in no order. Unsaved changes included.
+    [[nodiscard]] Result<QList<ObjectId>> related(const ObjectId& id, Relationship relationship);
+    void relate(const ObjectId& clip, Relationship relationship, const ObjectId& other);
+    void unrelate(const ObjectId& clip, Relationship relationship, const ObjectId& other);
+
+    [[nodiscard]] bool hasChanges() const;
+
+    /// Writes everything in one transaction; on failure nothing is written and the changes stay
+    /// pending (rollback() drops them). Publishes the change set to every other context.
+    [[nodiscard]] Result<void> save();
+    void rollback();
+
+    /// Deletes every record of the request (its conditions, sort, limit and offset) in one
+    /// transaction without loading it, and publishes the change. Pending changes of this context
+    /// are not touched.
+    [[nodiscard]] Result<QList<ObjectId>> batchDelete(const FetchRequest& request);
+
+    /// Reads the records held in this context anew; pending changes stay.
+    void refreshAllObjects();
+
+    /// Runs the work in one immediate transaction: what it reads cannot change until it is done.
+    /// save() inside it writes at once and is published when the transaction is committed.
+    [[nodiscard]] Result<void> transaction(const std::function<Result<void>()>& work);
+
+Q_SIGNALS:
+    /// Other contexts' saves as they are merged here, and this context's own saves. Emitted on
+    /// the context's thread. Meant for the view context's live lists.
+    void changed(const ChangeSet& changes);
+
+private:
+    friend class ObjectStore;
+    friend class StoredObject;
+
+    class Private;
+    explicit ObjectContext(std::unique_ptr<Private> d);
+
+    Result<QList<std::shared_ptr<StoredObject>>> fetchObjects(const FetchRequest& request);
+    std::shared_ptr<StoredObject> fetchObject(const ObjectId& id);
+    std::shared_ptr<StoredObject> insertObject(Entity entity);
+
+    std::unique_ptr<Private> d;
+};
+
+}  // namespace quillo

@@ -1,0 +1,84 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QUuid>
+#include <span>
+#include <variant>
+
+#include "base/clock.h"
+
+namespace quillo {
+
+/// The three kinds of stored record.
+enum class Entity : quint8 { Clip, Pinboard, Tag };
+
+/// A record's identity: the same on every machine. Hashable and ordered.
+struct ObjectId {
+    Entity entity = Entity::Clip;
+    QUuid key;
+
+    friend bool operator==(const ObjectId&, const ObjectId&) = default;
+};
+
+[[nodiscard]] size_t qHash(const ObjectId& id, size_t seed = 0) noexcept;
+
+/// "x-quillo://Clip/<uuid>" and back; a null key for text that is none.
+[[nodiscard]] QString uriFromObjectId(const ObjectId& id);
+[[nodiscard]] ObjectId objectIdFromUri(const QString& uri);
+
+/// An attribute's value; monostate is an absent one.
+using Value = std::variant<std::monostate, qint64, double, QString, QByteArray, Timestamp>;
+
+enum class AttributeType : quint8 { Integer, Real, Boolean, Text, Bytes, Moment };
+
+/// Heavy attributes are loaded when asked for, one by one; listing never touches them.
+enum class AttributeLoad : quint8 { Light, Heavy };
+
+struct AttributeDescription {
+    const char* name;  ///< Also the column's name.
+    AttributeType type;
+    bool isOptional;  ///< A required attribute starts as 0, false or "".
+    AttributeLoad load = AttributeLoad::Light;
+};
+
+struct EntityDescription {
+    Entity entity;
+    const char* name;  ///< Also the table's name.
+    std::span<const AttributeDescription> attributes;
+};
+
+/// The one declaration of the stored model; tables, records and change log are made from it.
+[[nodiscard]] std::span<const EntityDescription> objectModel();
+[[nodiscard]] const EntityDescription& describe(Entity entity);
+
+/// Positions of Clip's attributes in its description.
+enum class ClipAttribute : int {
+    Attributed,
+    CreatedAt,
+    FileName,
+    FileBookmark,
+    FileSize,
+    FileUti,
+    ContentHash,
+    ImageData,
+    IsPinned,
+    LinkImageData,
+    LinkTitle,
+    ModifiedAt,
+    Plaintext,
+    SourceBundleId,
+    Type,
+    UrlHost,
+    UrlString,
+};
+
+enum class PinboardAttribute : int { ClipOrder, ColorHex, SortIndex, Title };
+
+enum class TagAttribute : int { Name };
+
+/// The two many-to-many relationships, each seen from Clip; the other entity's end is the inverse.
+enum class Relationship : quint8 { ClipPinboards, ClipTags };
+
+}  // namespace quillo
