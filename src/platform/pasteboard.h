@@ -45,16 +45,19 @@ public:
 
     /// The bytes of one offered target; none when it is refused, late, too large or superseded.
     [[nodiscard]] virtual std::optional<RawReply> fetch(const QByteArray& target) = 0;
+
+    /// True when an answer was absent because a newer copy came: what was read is incomplete.
+    [[nodiscard]] virtual bool wasSuperseded() const = 0;
 };
 
 /// What is to be written in one go. The marker always comes first, so that the capture loop
 /// knows the change as our own. Members that are absent are not offered.
 struct PasteboardContents {
-    std::optional<QString> text;
-    std::optional<QByteArray> rtf;    ///< Offered under the three names of RTF.
-    std::optional<QByteArray> html;   ///< UTF-8.
-    std::optional<QByteArray> image;  ///< Offered under its true type, and as PNG.
-    std::optional<QUrl> fileUrl;
+    std::optional<QString> text{};
+    std::optional<QByteArray> rtf{};    ///< Offered under the three names of RTF.
+    std::optional<QByteArray> html{};   ///< UTF-8.
+    std::optional<QByteArray> image{};  ///< Offered under its true type, and as PNG.
+    std::optional<QUrl> fileUrl{};
 };
 
 enum class PasteboardChange {
@@ -80,6 +83,9 @@ public:
 
     /// Offers a text as PRIMARY, for terminals whose paste key reads that one.
     virtual void writePrimary(QString text) = 0;
+
+    /// Ends every running read at once; what it had not got is absent.
+    virtual void endReads() = 0;
 
     /// Says what becomes of a change: kept contents are offered again, under the marker, when
     /// their program quits without clearing them; nothing is kept where contents is absent.

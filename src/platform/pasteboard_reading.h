@@ -50,18 +50,28 @@ public:
     /// An image of any other type that the owner offers (BMP, GIF, WebP, ICO and so on).
     [[nodiscard]] std::optional<QByteArray> anyImage();
 
+    /// True when a newer copy cut the reading short.
+    [[nodiscard]] bool wasSuperseded() const;
+
     /// Everything that was read so far, for Pasteboard::settle.
     [[nodiscard]] KeptContents kept() const;
 
 private:
+    const QList<QByteArray>& targets();
     std::optional<RawReply> fetch(const QByteArray& target);
     std::optional<RawReply> firstOf(const QList<QByteArray>& targets);
     bool offers(const QByteArray& target);
+    bool offersAnyOf(const QList<QByteArray>& targets);
     bool imageIsRendering();
+    QList<QByteArray> otherImageTargets();
+    std::optional<QString> plainText();
+    QStringList mozUrlLines();
+    QStringList uriLines();
 
     std::unique_ptr<PasteboardSource> m_source;
+    std::optional<QList<QByteArray>> m_targets;
     QHash<QByteArray, std::optional<RawReply>> m_replies;
-    QList<QByteArray> m_order;
+    std::optional<std::optional<QString>> m_text;
 };
 
 }  // namespace quillo

@@ -21,6 +21,7 @@ ThreadTickTimer::~ThreadTickTimer() {
 
 void ThreadTickTimer::start(std::chrono::milliseconds period, std::function<void()> handler) {
     stop();
+    const std::scoped_lock lock(m_mutex);
     m_period = period;
     m_handler = std::move(handler);
     m_gridStart = std::chrono::steady_clock::now();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QRect>
 #include <QString>
 #include <QStringList>
 #include <chrono>
@@ -41,6 +42,10 @@ public:
 
     /// Marks a window of ours (the panel) that never counts as a program in front.
     virtual void ignoreWindow(quint32 windowId) = 0;
+
+    /// Where the program's window lies on the desktop, in the display server's pixels; none when
+    /// it is gone.
+    [[nodiscard]] virtual std::optional<QRect> frame(const RunningApplication& application) = 0;
 
     /// Asks the window manager to bring the program's window to the front. Returns at once.
     virtual void activate(const RunningApplication& application) = 0;

@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <memory>
+
+#include "app/desktop_services.h"
+#include "base/clock.h"
+#include "capture/clip_saver.h"
+#include "capture/pasteboard_watcher.h"
+#include "hotkey/hotkey_manager.h"
+#include "model/persistence_controller.h"
+#include "paste/paste_back.h"
+#include "platform/notification_center.h"
+#include "platform/tick_timer.h"
+#include "platform/user_defaults.h"
+
+namespace quillo {
+
+/// Creates the long-lived owners in order, holds them for the life of the process, and ends them
+/// in the reverse order, after everything that was captured is stored. Main thread.
+class AppDelegate final {
+public:
+    AppDelegate();
+    ~AppDelegate();
+
+    /// Starts everything; an error means that the program cannot run here.
+    [[nodiscard]] Result<void> applicationDidFinishLaunching();
+
+private:
+    void startCapture();
+    void startOverlay();
+    [[nodiscard]] std::unique_ptr<OverlayPanelController> makeOverlayController();
+
+    SystemClock m_clock;
+    DesktopServices m_services;
+    std::unique_ptr<UserDefaults> m_defaults;
+    NotificationCenter m_notifications;
+    std::unique_ptr<PersistenceController> m_persistence;
+    std::unique_ptr<ClipSaver> m_saver;
+    std::unique_ptr<TickTimer> m_captureTimer;
+    std::unique_ptr<PasteboardWatcher> m_pasteboardWatcher;
+    std::unique_ptr<PasteBack> m_pasteBack;
+    std::unique_ptr<HotkeyManager> m_hotkeyManager;
+};
+
+}  // namespace quillo

@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+#include "app/desktop_services.h"
+
+#include "base/logging.h"
+#include "platform/freedesktop/desktop_entry_index.h"
+#include "platform/images/qt_image_codec.h"
+#include "platform/text/document_reader.h"
+#include "platform/x11/desktop/x11_hot_keys.h"
+#include "platform/x11/desktop/x11_key_event_poster.h"
+#include "platform/x11/desktop/x11_workspace.h"
+#include "platform/x11/panel/x11_panel_surface.h"
+#include "platform/x11/pasteboard/x11_pasteboard.h"
+
+namespace quillo {
+namespace {
+
+QUILLO_LOG_CATEGORY(lcApp, "AppDelegate")
+
+// Moves a made service into its place; false, with the first error kept, when it was not made.
+template <typename Interface, typename Service>
+bool place(std::unique_ptr<Interface>& where, Result<std::unique_ptr<Service>> made, Error& error) {
+    if (!made) {
+        error = made.error();
+        return false;
+    }
+    where = std::move(*made);
+    return true;
+}
+
+}  // namespace
+
+Result<DesktopServices> makeDesktopServices() {
+    DesktopServices services;
+    services.richText = std::make_unique<DocumentReader>();
+    services.images = std::make_unique<QtImageCodec>();
+    auto index = std::make_unique<DesktopEntryIndex>();
+    index->warmUp();
+    services.applications = std::move(index);
+    const PasteboardConverters converters{*services.richText, *services.images};
+    Error error;
+    const bool isComplete =
+        place(services.pasteboard, x11::X11Pasteboard::create(converters), error) &&
+        place(services.workspace, x11::X11Workspace::create(*services.applications), error) &&
+        place(services.hotKeys, x11::X11HotKeys::create(), error) &&
+        place(services.keyEvents, x11::X11KeyEventPoster::create(), error) &&
+        place(services.panelSurface, x11::X11PanelSurface::create(), error);
+    if (!isComplete) {
+        return std::unexpected(error);
+    }
+    qCInfo(lcApp, "Desktop services: X11");
+    return services;
+}
+
+}  // namespace quillo

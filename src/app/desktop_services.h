@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <memory>
+
+#include "base/result.h"
+#include "platform/application_index.h"
+#include "platform/hot_keys.h"
+#include "platform/image_codec.h"
+#include "platform/key_event_poster.h"
+#include "platform/panel_surface.h"
+#include "platform/pasteboard.h"
+#include "platform/rich_text.h"
+#include "platform/workspace.h"
+
+namespace quillo {
+
+/// The real services of the desktop that the program runs on. Members depend on those before
+/// them.
+struct DesktopServices {
+    std::unique_ptr<RichTextReader> richText;
+    std::unique_ptr<ImageCodec> images;
+    std::unique_ptr<ApplicationIndex> applications;
+    std::unique_ptr<Pasteboard> pasteboard;
+    std::unique_ptr<Workspace> workspace;
+    std::unique_ptr<HotKeys> hotKeys;
+    std::unique_ptr<KeyEventPoster> keyEvents;
+    std::unique_ptr<PanelSurface> panelSurface;
+};
+
+/// Connects to the session's display server. Main thread; needs the application object.
+[[nodiscard]] Result<DesktopServices> makeDesktopServices();
+
+}  // namespace quillo

@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: MIT
+#include "overlay/overlay_bar.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLocale>
+#include <QToolButton>
+
+#include "appearance/symbols.h"
+
+namespace quillo {
+namespace {
+
+constexpr int kSymbolSize = 14;
+
+QFont sized(QFont font, int pixels, QFont::Weight weight) {
+    font.setPixelSize(pixels);
+    font.setWeight(weight);
+    return font;
+}
+
+void setTextColor(QWidget* widget, const QColor& color) {
+    QPalette palette = widget->palette();
+    palette.setColor(QPalette::WindowText, color);
+    palette.setColor(QPalette::ButtonText, color);
+    widget->setPalette(palette);
+}
+
+}  // namespace
+
+OverlayBar::OverlayBar(QWidget* parent)
+    : QWidget(parent), m_name(new QLabel(QStringLiteral("Quillo"))), m_total(new QLabel) {
+    setFixedHeight(kHeight);
+    m_name->setFont(sized(font(), 13, QFont::Bold));
+    m_total->setFont(sized(font(), 12, QFont::Normal));
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(16, 0, 16, 0);
+    row->setSpacing(10);
+    row->addWidget(m_name);
+    row->addWidget(m_total);
+    row->addStretch();
+    m_lock = addButton(QStringLiteral("Pinned"), QString());
+    m_lock->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    m_close = addButton(QStringLiteral("Close"), QStringLiteral("Close (Esc)"));
+    connect(m_lock, &QToolButton::clicked, this, &OverlayBar::lockToggled);
+    connect(m_close, &QToolButton::clicked, this, &OverlayBar::closeRequested);
+    setTotal(0);
+    setLocked(true);
+}
+
+QToolButton* OverlayBar::addButton(const QString& name, const QString& tip) {
+    auto* button = new QToolButton;
+    button->setAutoRaise(true);
+    button->setFont(sized(font(), 12, QFont::Normal));
+    button->setIconSize(QSize(kSymbolSize, kSymbolSize));
+    button->setAccessibleName(name);
+    button->setToolTip(tip);
+    button->setFocusPolicy(Qt::TabFocus);
+    layout()->addWidget(button);
+    return button;
+}
+
+void OverlayBar::setTotal(qsizetype total) {
+    m_total->setText(QStringLiteral("· %1 total").arg(QLocale().toString(total)));
+}
+
+void OverlayBar::setLocked(bool isLocked) {
+    m_isLocked = isLocked;
+    m_lock->setText(isLocked ? QStringLiteral("Pinned") : QStringLiteral("Drag"));
+    m_lock->setAccessibleName(m_lock->text());
+    m_lock->setToolTip(isLocked ? QStringLiteral("Unlock to drag panel")
+                                : QStringLiteral("Pin panel position"));
+    updateIcons();
+}
+
+void OverlayBar::setScheme(ColorScheme scheme) {
+    m_scheme = scheme;
+    const Palette& colors = paletteFor(scheme);
+    setTextColor(m_name, colors.primaryText);
+    for (QWidget* widget : {static_cast<QWidget*>(m_total), static_cast<QWidget*>(m_lock),
+                            static_cast<QWidget*>(m_close)}) {
+        setTextColor(widget, colors.secondaryText);
+    }
+    updateIcons();
+}
+
+void OverlayBar::updateIcons() {
+    const QColor color = paletteFor(m_scheme).secondaryText;
+    const QString lock = m_isLocked ? QStringLiteral("pin.fill") : QStringLiteral("pin.slash");
+    m_lock->setIcon(symbolPixmap(lock, kSymbolSize, color, devicePixelRatioF()));
+    m_close->setIcon(symbolPixmap(QStringLiteral("xmark.circle.fill"), kSymbolSize, color,
+                                  devicePixelRatioF()));
+}
+
+}  // namespace quillo

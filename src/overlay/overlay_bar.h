@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QWidget>
+
+#include "appearance/palette.h"
+
+class QLabel;
+class QToolButton;
+
+namespace quillo {
+
+/// The line above the cards: the program's name, the number of clips, the lock and close buttons.
+class OverlayBar final : public QWidget {
+    Q_OBJECT
+
+public:
+    static constexpr int kHeight = 40;
+
+    explicit OverlayBar(QWidget* parent = nullptr);
+
+    void setTotal(qsizetype total);
+    void setLocked(bool isLocked);
+    void setScheme(ColorScheme scheme);
+
+Q_SIGNALS:
+    void lockToggled();
+    void closeRequested();
+
+private:
+    [[nodiscard]] QToolButton* addButton(const QString& name, const QString& tip);
+    void updateIcons();
+
+    QLabel* m_name;
+    QLabel* m_total;
+    QToolButton* m_lock;
+    QToolButton* m_close;
+    ColorScheme m_scheme = ColorScheme::Light;
+    bool m_isLocked = true;
+};
+
+}  // namespace quillo

@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: MIT
+#include "overlay/overlay_view.h"
+
+#include <QPainter>
+#include <QVBoxLayout>
+#include <array>
+#include <utility>
+
+#include "overlay/panel_geometry.h"
+
+namespace quillo {
+namespace {
+
+constexpr int kHintsHeight = 24;
+constexpr int kGapBetweenHints = 18;
+constexpr int kGapWithinHint = 4;
+
+using Hint = std::pair<const char*, const char*>;
+constexpr std::array<Hint, 3> kHints = {
+    Hint{"arrows", "Navigate"}, Hint{"return", "Paste"}, Hint{"esc", "Close"}};
+
+}  // namespace
+
+OverlayView::OverlayView(const OverlayClips& clips, ImageThumbnails& thumbnails,
+                         const Clock& clock, QWidget* parent)
+    : QWidget(parent),
+      m_bar(new OverlayBar),
+      m_strip(new ClipStrip(clips, thumbnails, clock)) {
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, kHintsHeight);
+    column->setSpacing(0);
+    column->addWidget(m_bar);
+    column->addWidget(m_strip);
+    connect(&clips, &OverlayClips::refreshed, this,
+            [this, &clips] { m_bar->setTotal(clips.total()); });
+    m_bar->setTotal(clips.total());
+}
+
+void OverlayView::reset() { m_strip->reset(); }
+
+void OverlayView::setScheme(ColorScheme scheme) {
+    m_scheme = scheme;
+    m_bar->setScheme(scheme);
+    m_strip->setScheme(scheme);
+    update();
+}
+
+void OverlayView::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const Palette& colors = paletteFor(m_scheme);
+    painter.setPen(QPen(colors.panelBorder, 1));
+    painter.setBrush(colors.panelBackground);
+    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), kPanelCornerRadius,
+                            kPanelCornerRadius);
+    paintHints(painter);
+}
+
+void OverlayView::paintHints(QPainter& painter) const {
+    QFont keyFont = font();
+    keyFont.setPixelSize(11);
+    keyFont.setWeight(QFont::Medium);
+    QFont actionFont = keyFont;
+    actionFont.setWeight(QFont::Normal);
+    const QFontMetrics keyMetrics(keyFont);
+    const QFontMetrics actionMetrics(actionFont);
+    int total = kGapBetweenHints * int(kHints.size() - 1);
+    for (const auto& [key, action] : kHints) {
+        total += keyMetrics.horizontalAdvance(QLatin1StringView(key)) + kGapWithinHint +
+                 actionMetrics.horizontalAdvance(QLatin1StringView(action));
+    }
+    int x = (width() - total) / 2;
+    const Palette& colors = paletteFor(m_scheme);
+    const auto draw = [&](const char* text, const QFont& font, const QColor& color) {
+        const QString word = QString::fromLatin1(text);
+        painter.setFont(font);
+        painter.setPen(color);
+        const QRect area(x, height() - kHintsHeight, width(), kHintsHeight);
+        painter.drawText(area, Qt::AlignLeft | Qt::AlignVCenter, word);
+        x += QFontMetrics(font).horizontalAdvance(word);
+    };
+    for (const auto& [key, action] : kHints) {
+        draw(key, keyFont, colors.primaryText);
+        x += kGapWithinHint;
+        draw(action, actionFont, colors.secondaryText);
+        x += kGapBetweenHints;
+    }
+}
+
+}  // namespace quillo

@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: MIT
+#include "paste/clip_contents.h"
+
+#include <QStringConverter>
+#include <QUtf8StringView>
+
+namespace quillo {
+namespace {
+
+// Enough to tell an RTF document from anything else.
+constexpr qsizetype kRtfProbeBytes = 64;
+
+bool isRtf(const RichTextReader& reader, const QByteArray& document) {
+    return reader.readRtf(document.left(kRtfProbeBytes)).has_value();
+}
+
+bool isHtml(const QByteArray& document) { return QUtf8StringView(document).isValidUtf8(); }
+
+std::optional<QUrl> fileUrlOf(const Clip& clip) {
+    const std::optional<QString> text = clip.urlString();
+    const QUrl url = text ? QUrl(*text, QUrl::StrictMode) : QUrl();
+    return url.isValid() && !url.scheme().isEmpty() ? std::optional(url) : std::nullopt;
+}
+
+void addPlainText(PasteboardContents& contents, const Clip& clip) {
+    contents.text = clip.plaintext();
+}
+
+}  // namespace
+
+PasteboardContents contentsByKind(const Clip& clip, const ContentReaders& readers) {
+    PasteboardContents contents;
+    const std::optional<ClipType> type = clip.type();
+    if (type == ClipType::Image) {
+        const std::optional<QByteArray> image = clip.imageData();
+        if (image && readers.images.size(*image)) {
+            contents.image = image;
+        }
+    } else if (type == ClipType::FileUrl) {
+        contents.fileUrl = fileUrlOf(clip);
+    } else if (type == ClipType::Rtf || type == ClipType::Html) {
+        const std::optional<QByteArray> document = clip.attributed();
+        if (document && type == ClipType::Rtf && isRtf(readers.richText, *document)) {
+            contents.rtf = document;
+        } else if (document && type == ClipType::Html && isHtml(*document)) {
+            contents.html = document;
+        } else {
+            addPlainText(contents, clip);
+        }
+    } else {
+        contents.text = transformableText(clip);
+    }
+    return contents;
+}
+
+PasteboardContents contentsForQuickCopy(const Clip& clip) {
+    PasteboardContents contents;
+    contents.image = clip.imageData();
+    if (!contents.image) {
+        contents.text = transformableText(clip);
+    }
+    return contents;
+}
+
+PasteboardContents contentsForDetailCopy(const Clip& clip) {
+    PasteboardContents contents;
+    const std::optional<ClipType> type = clip.type();
+    if (type == ClipType::Image) {
+        contents.image = clip.imageData();
+        return contents;
+    }
+    if (type == ClipType::FileUrl) {
+        contents.fileUrl = fileUrlOf(clip);
+        return contents;
+    }
+    if (type == ClipType::Rtf) {
+        contents.rtf = clip.attributed();
+    } else if (type == ClipType::Html) {
+        contents.html = clip.attributed();
+    }
+    addPlainText(contents, clip);
+    return contents;
+}
+
+std::optional<QString> transformableText(const Clip& clip) {
+    std::optional<QString> text = clip.plaintext();
+    return text ? text : clip.urlString();
+}
+
+}  // namespace quillo

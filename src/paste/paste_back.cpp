@@ -1,0 +1,135 @@
+// SPDX-License-Identifier: MIT
+#include "paste/paste_back.h"
+
+#include "base/logging.h"
+#include "paste/paste_target.h"
+
+#include <QTimer>
+#include <chrono>
+
+namespace quillo {
+namespace {
+
+QUILLO_LOG_CATEGORY(lcPaste, "PasteBack")
+
+constexpr std::chrono::milliseconds kPasteDelay{30};
+constexpr std::chrono::milliseconds kFocusDeadline{500};
+
+}  // namespace
+
+PasteBack::PasteBack(PasteBackServices services, QObject* parent)
+    : QObject(parent), m_services(services) {}
+
+void PasteBack::copyToPasteboard(const Clip& clip,
+                                 const std::optional<RunningApplication>& target) {
+    PasteboardContents contents = contentsByKind(clip, m_services.readers);
+    const bool isTextual = contents.text || contents.rtf || contents.html;
+    if (target && isTextual && keysFor(*target) == PasteKeys::ShiftInsert) {
+        m_services.pasteboard.writePrimary(transformableText(clip).value_or(QString()));
+    }
+    m_services.pasteboard.write(std::move(contents));
+}
+
+void PasteBack::copyQuickly(const Clip& clip) {
+    m_services.pasteboard.write(contentsForQuickCopy(clip));
+}
+
+void PasteBack::copyInDetail(const Clip& clip) {
+    m_services.pasteboard.write(contentsForDetailCopy(clip));
+}
+
+void PasteBack::copyText(const QString& text) {
+    PasteboardContents contents;
+    contents.text = text;
+    m_services.pasteboard.write(std::move(contents));
+}
+
+void PasteBack::pasteAndTouch(const QUuid& clip, const std::optional<RunningApplication>& target) {
+    const quint64 request = ++m_request;
+    m_pending.reset();
+    const bool isAutomatic =
+        m_services.defaults.boolean(QStringLiteral("enableAutoPaste")).value_or(true);
+    if (!isAutomatic || !target) {
+        if (isAutomatic) {
+            withhold("there is no program to paste into");
+        }
+        touch(clip);
+        return;
+    }
+    m_pending = Pending{clip, *target};
+    QTimer::singleShot(kPasteDelay, Qt::PreciseTimer, this, [this, request] {
+        delayIsOver(request);
+    });
+    m_services.workspace.whenFocused(
+        *target, kFocusDeadline, [this, request](bool hasFocus) { focusIsKnown(request, hasFocus); });
+}
+
+void PasteBack::focusIsKnown(quint64 request, bool hasFocus) {
+    if (request != m_request || !m_pending) {
+        return;
+    }
+    if (hasFocus) {
+        m_pending->hasFocus = true;
+        postWhenReady();
+        return;
+    }
+    const QUuid clip = m_pending->clip;
+    m_pending.reset();
+    withhold("the program did not get the focus back");
+    touch(clip);
+}
+
+void PasteBack::delayIsOver(quint64 request) {
+    if (request == m_request && m_pending) {
+        m_pending->delayIsOver = true;
+        postWhenReady();
+    }
+}
+
+void PasteBack::postWhenReady() {
+    if (!m_pending->delayIsOver || !m_pending->hasFocus) {
+        return;
+    }
+    const Pending ready = *m_pending;
+    m_pending.reset();
+    postKeys(ready.target);
+    touch(ready.clip);
+}
+
+void PasteBack::withhold(const char* reason) {
+    qCWarning(lcPaste, "The clip was copied but not pasted: %s", reason);
+    Q_EMIT pasteWithheld();
+}
+
+void PasteBack::postKeys(const RunningApplication& target) {
+    // The posted combination may be our own shortcut, or part of it with a modifier still held.
+    m_services.hotKeys.setSuspended(true);
+    const Result<void> posted = m_services.keys.postPaste(keysFor(target));
+    m_services.hotKeys.setSuspended(false);
+    if (posted) {
+        qCDebug(lcPaste, "The clip was pasted");
+        Q_EMIT pasted();
+    } else {
+        withhold(qUtf8Printable(posted.error().text));
+    }
+}
+
+void PasteBack::touch(const QUuid& clip) {
+    const Clock& clock = m_services.clock;
+    m_services.persistence.perform([clip, &clock](ObjectContext& context) {
+        if (const std::shared_ptr<Clip> stored = context.object<Clip>(clip)) {
+            stored->setCreatedAt(clock.now());
+            stored->setModifiedAt(clock.now());
+            // Without the new dates the clip keeps its place, which harms nobody.
+            (void)context.save();
+        }
+    });
+}
+
+PasteKeys PasteBack::keysFor(const RunningApplication& target) const {
+    const std::optional<InstalledApplication> entry =
+        m_services.workspace.installedApplication(target.bundleIdentifier);
+    return pasteKeysFor(target, entry ? entry->categories : QStringList());
+}
+
+}  // namespace quillo

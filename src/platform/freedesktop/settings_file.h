@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QJsonObject>
+#include <QString>
+
+#include "base/result.h"
+
+namespace quillo {
+
+/// Reads a JSON object from a regular file. A file that does not exist is an empty object;
+/// Malformed, TooLarge or NotPermitted when it exists and cannot be understood.
+[[nodiscard]] Result<QJsonObject> readSettingsFile(const QString& path, qint64 largestBytes);
+
+/// Replaces the file in one step, for its owner alone (0600, a new folder 0700). A symbolic link
+/// stays, the file it names is replaced. DiskFull or NotPermitted where the system says so.
+[[nodiscard]] Result<void> writeSettingsFile(const QString& path, const QJsonObject& values);
+
+/// Renames the file to a name with the present moment in it and returns that name.
+[[nodiscard]] Result<QString> setFileAside(const QString& path);
+
+/// Creates the folder of the file, for its owner alone, where it does not exist.
+[[nodiscard]] bool makeFolderOf(const QString& path);
+
+}  // namespace quillo
