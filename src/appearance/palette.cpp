@@ -45,7 +45,7 @@ QColor tintedCard(const Palette& palette, const QColor& kind, double share) {
 }
 
 double contrastRatio(const QColor& first, const QColor& second) {
-    const auto [darker, lighter] = std::minmax(luminance(first), luminance(second));
+    const auto [darker, lighter] = std::minmax({luminance(first), luminance(second)});
     return (lighter + 0.05) / (darker + 0.05);
 }
 

@@ -7,10 +7,14 @@
 #include <QSvgRenderer>
 #include <cmath>
 
+// A resource in a static library is linked only when somebody asks for it.
+static void initializeSymbols() { Q_INIT_RESOURCE(symbols); }
+
 namespace quillo {
 namespace {
 
 QByteArray symbolSource(const QString& name, const QColor& color) {
+    initializeSymbols();
     QFile file(QStringLiteral(":/symbols/%1.svg").arg(name));
     if (!file.open(QIODevice::ReadOnly)) {
         return {};

@@ -5,6 +5,7 @@
 #include <QPainter>
 #include <QWheelEvent>
 #include <algorithm>
+#include <utility>
 
 #include "appearance/symbols.h"
 #include "library/thumbnails/card_painter.h"
@@ -14,6 +15,7 @@ namespace {
 
 constexpr int kRingWidth = 3;
 constexpr int kRingRadius = 12;
+constexpr int kSlideDurationMs = 160;
 // One notch of a wheel moves about one card.
 constexpr double kPixelsPerWheelUnit = StripLayout::kCardWidth / 120.0;
 
@@ -29,6 +31,14 @@ ClipStrip::ClipStrip(const OverlayClips& clips, ImageThumbnails& thumbnails, con
     setFixedHeight(StripLayout::kHeight);
     setFocusPolicy(Qt::StrongFocus);
     setAccessibleName(QStringLiteral("Clips"));
+    m_slideAnimation.setDuration(kSlideDurationMs);
+    m_slideAnimation.setEasingCurve(QEasingCurve::OutCubic);
+    m_slideAnimation.setStartValue(-(StripLayout::kCardWidth + StripLayout::kSpacing));
+    m_slideAnimation.setEndValue(0);
+    connect(&m_slideAnimation, &QVariantAnimation::valueChanged, this, [this](const QVariant& at) {
+        m_slide = at.toInt();
+        update();
+    });
     connect(&m_clips, &OverlayClips::refreshed, this, &ClipStrip::clipsChanged);
     connect(&m_thumbnails, &ImageThumbnails::ready, this, &ClipStrip::pictureReady);
 }
@@ -50,6 +60,8 @@ void ClipStrip::reset() {
     m_scroll = 0;
     m_selectedIndex = 0;
     m_pressedIndex = -1;
+    m_slideAnimation.stop();
+    m_slide = 0;
     update();
 }
 
@@ -65,7 +77,19 @@ void ClipStrip::clipsChanged() {
     m_selectedIndex = std::clamp(m_selectedIndex, 0, std::max(0, count - 1));
     m_scroll = layout().clampedScroll(m_scroll);
     prepareFirstCards();
+    slideIn();
     update();
+}
+
+// A card that comes first while the person looks, new or copied again, moves in from the side.
+void ClipStrip::slideIn() {
+    const QUuid before = std::exchange(
+        m_firstClip, m_clips.cards().isEmpty() ? QUuid() : m_clips.cards().constFirst().clip);
+    const bool isAnother = !before.isNull() && before != m_firstClip;
+    if (isAnother && isVisible() && m_scroll == 0) {
+        m_slideAnimation.stop();
+        m_slideAnimation.start();
+    }
 }
 
 void ClipStrip::pictureReady(const QUuid& clip) {
@@ -125,8 +149,9 @@ void ClipStrip::paintEvent(QPaintEvent* event) {
         paintEmptyState(painter);
         return;
     }
-    painter.translate(-m_scroll, 0);
-    paintCards(painter, event->rect().translated(m_scroll, 0));
+    const int shift = m_slide - m_scroll;
+    painter.translate(shift, 0);
+    paintCards(painter, event->rect().translated(-shift, 0));
     paintRing(painter);
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QVariantAnimation>
 #include <QWidget>
 
 #include "appearance/palette.h"
@@ -45,6 +46,7 @@ private:
     [[nodiscard]] StripLayout layout() const;
     void scrollTo(int position);
     void clipsChanged();
+    void slideIn();
     void pictureReady(const QUuid& clip);
     void paintCards(QPainter& painter, const QRect& exposed);
     void paintRing(QPainter& painter);
@@ -59,6 +61,9 @@ private:
     int m_scroll = 0;
     int m_selectedIndex = 0;
     int m_pressedIndex = -1;
+    QUuid m_firstClip;         ///< Of the last painting, to see a new card come in.
+    int m_slide = 0;           ///< How far the row still stands to the left of its place.
+    QVariantAnimation m_slideAnimation;
 };
 
 }  // namespace quillo

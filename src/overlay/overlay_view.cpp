@@ -49,6 +49,10 @@ void OverlayView::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const Palette& colors = paletteFor(m_scheme);
+    if (!window()->testAttribute(Qt::WA_TranslucentBackground)) {
+        // The window's shape cuts the corners; nothing shines through beside the round line.
+        painter.fillRect(rect(), colors.panelBackground);
+    }
     painter.setPen(QPen(colors.panelBorder, 1));
     painter.setBrush(colors.panelBackground);
     painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), kPanelCornerRadius,

@@ -110,6 +110,35 @@ QString decodeNamed(const QByteArray& charset, const QByteArray& bytes) {
     return decodeUnnamed(bytes);
 }
 
+/// Text of a double-byte set in its seven-bit form, by way of the eight-bit one.
+QString decodeDoubleByte(const QByteArray& charset, QByteArray bytes) {
+    for (char& byte : bytes) {
+        byte = byte > ' ' ? static_cast<char>(byte | 0x80) : byte;
+    }
+    return viaConverter(charset, bytes).value_or(QString::fromLatin1(bytes));
+}
+
+/// Compound Text (X Consortium Standard) as far as programs still write it: Latin-1, UTF-8 and
+/// the three East Asian sets, switched by escape sequences. ICU's converter reads less of it.
+QString decodeCompoundText(const QByteArray& bytes) {
+    const QByteArrayList segments = bytes.split('\x1b');
+    QString text = QString::fromLatin1(segments.constFirst());
+    for (const QByteArray& segment : segments.sliced(1)) {
+        const QByteArray wide = segment.startsWith("$(") ? segment.left(3) : QByteArray();
+        if (segment.startsWith("%G")) {
+            text += QString::fromUtf8(segment.sliced(2));
+        } else if (wide == "$(A" || wide == "$(B" || wide == "$(C") {
+            const char* const charset = wide == "$(A"   ? "EUC-CN"
+                                        : wide == "$(B" ? "EUC-JP"
+                                                        : "EUC-KR";
+            text += decodeDoubleByte(charset, segment.sliced(3));
+        } else {
+            text += QString::fromLatin1(segment.mid(2));
+        }
+    }
+    return withoutTrailingNuls(text);
+}
+
 /// Turns \uXXXX and \UXXXXXXXX into the characters they stand for. Escapes of ASCII characters
 /// stay: the programs concerned never write those.
 QString unescaped(const QString& text) {
@@ -299,7 +328,7 @@ QString decodeText(const QByteArray& target, const RawReply& reply, TextDialect 
         return QString::fromUtf8(withoutTrailingNuls(reply.bytes));
     }
     if (type == "COMPOUND_TEXT") {
-        return decodeNamed("x11-compound-text", reply.bytes);
+        return decodeCompoundText(reply.bytes);
     }
     QByteArray charset = charsetIn(reply.type);
     if (charset.isEmpty() && type != "STRING") {
@@ -341,6 +370,7 @@ TextDialect textDialectOf(const QList<QByteArray>& offered) {
 }
 
 QList<QByteArray> textTargetsAmong(const QList<QByteArray>& offered) {
+    constexpr int kRanks = 7;
     const auto rank = [](const QByteArray& target) {
         if (target == "UTF8_STRING") {
             return 0;
@@ -349,13 +379,16 @@ QList<QByteArray> textTargetsAmong(const QList<QByteArray>& offered) {
             const QByteArray charset = charsetIn(target);
             return charset == "utf-8" ? 1 : !charset.isEmpty() ? 2 : 3;
         }
-        return target == "STRING" ? 4 : target == "TEXT" ? 5 : target == "COMPOUND_TEXT" ? 6 : 7;
+        return target == "STRING"          ? 4
+               : target == "TEXT"          ? 5
+               : target == "COMPOUND_TEXT" ? 6
+                                           : kRanks;
     };
     QList<QByteArray> found;
-    std::copy_if(offered.cbegin(), offered.cend(), std::back_inserter(found),
-                 [&](const QByteArray& target) { return rank(target) < 7; });
-    std::stable_sort(found.begin(), found.end(),
-                     [&](const auto& a, const auto& b) { return rank(a) < rank(b); });
+    for (int wanted = 0; wanted < kRanks; ++wanted) {
+        std::copy_if(offered.cbegin(), offered.cend(), std::back_inserter(found),
+                     [&](const QByteArray& target) { return rank(target) == wanted; });
+    }
     return found;
 }
 

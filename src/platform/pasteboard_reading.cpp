@@ -260,16 +260,18 @@ bool PasteboardReading::imageIsRendering() {
 QList<QByteArray> PasteboardReading::otherImageTargets() {
     static const QList<QByteArray> preferred{"image/webp", "image/heic", "image/avif",
                                              "image/gif",  "image/bmp",  "image/x-bmp"};
-    QList<QByteArray> others;
-    std::copy_if(targets().cbegin(), targets().cend(), std::back_inserter(others),
-                 [](const QByteArray& t) { return isImageTarget(t) && !isMainImageTarget(t); });
-    const auto rank = [](const QByteArray& target) {
-        const qsizetype place = preferred.indexOf(target);
-        return place < 0 ? preferred.size() : place;
-    };
-    std::stable_sort(others.begin(), others.end(),
-                     [&](const auto& a, const auto& b) { return rank(a) < rank(b); });
-    return others;
+    QList<QByteArray> candidates;
+    for (const QByteArray& target : preferred) {
+        if (offers(target)) {
+            candidates.append(target);
+        }
+    }
+    for (const QByteArray& target : targets()) {
+        if (isImageTarget(target) && !isMainImageTarget(target) && !preferred.contains(target)) {
+            candidates.append(target);
+        }
+    }
+    return candidates;
 }
 
 std::optional<QString> PasteboardReading::plainText() {

@@ -142,16 +142,15 @@ QByteArray htmlFromStyledText(const StyledText& text) {
     qsizetype end = 0;
     for (const StyledRun& run : text.runs) {
         const qsizetype start = std::clamp<qsizetype>(run.start, end, text.text.size());
-        const qsizetype length = std::clamp<qsizetype>(run.start + run.length - start, 0,
-                                                       text.text.size() - start);
+        const qsizetype length =
+            std::clamp<qsizetype>(run.start + run.length - start, 0, text.text.size() - start);
         writer.append(QStringView(text.text).sliced(end, start - end), {});
         writer.append(QStringView(text.text).sliced(start, length), tagsOf(run.style));
         end = start + length;
     }
     writer.append(QStringView(text.text).sliced(end), {});
-    const QString html =
-        u"<!DOCTYPE html>\n<html><head><meta charset=\"utf-8\"></head><body>\n"_s +
-        writer.take() + u"</body></html>\n"_s;
+    const QString html = u"<!DOCTYPE html>\n<html><head><meta charset=\"utf-8\"></head><body>\n"_s +
+                         writer.take() + u"</body></html>\n"_s;
     return html.toUtf8();
 }
 

@@ -19,8 +19,7 @@ std::optional<bool> UserDefaults::boolean(const QString& key) const {
 std::optional<qint64> UserDefaults::integer(const QString& key) const {
     const std::optional<QJsonValue> value = object(key);
     // A finite number that is no integer of 64 bits gives back whatever default it is asked with.
-    if (!value || !std::isfinite(value->toDouble()) ||
-        value->toInteger(0) != value->toInteger(1)) {
+    if (!value || !std::isfinite(value->toDouble()) || value->toInteger(0) != value->toInteger(1)) {
         return std::nullopt;
     }
     return value->toInteger();

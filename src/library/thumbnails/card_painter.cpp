@@ -75,6 +75,7 @@ QRect CardPainter::bodyArea(const QRect& card) {
 void CardPainter::paint(QPainter& painter, const QRect& area, const CardContent& card,
                         const CardState& state) const {
     painter.save();
+    painter.setClipRect(area, Qt::IntersectClip);
     painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
     paintGround(painter, area, tintedCard(m_palette, card.color));
     paintBody(painter, area, card, state);
@@ -108,9 +109,12 @@ void CardPainter::paintHeader(QPainter& painter, const QRect& area, const CardCo
     painter.setPen(m_palette.secondaryText);
     const QRect line = header.adjusted(kTileSide + 7, -1, 0, -1);
     painter.drawText(line, Qt::AlignRight | Qt::AlignVCenter, state.age);
+    const int ageWidth = QFontMetrics(m_smallFont).horizontalAdvance(state.age);
     painter.setFont(m_labelFont);
     painter.setPen(m_palette.primaryText);
-    painter.drawText(line, Qt::AlignLeft | Qt::AlignVCenter, card.kindLabel);
+    painter.drawText(line, Qt::AlignLeft | Qt::AlignVCenter,
+                     QFontMetrics(m_labelFont)
+                         .elidedText(card.kindLabel, Qt::ElideRight, line.width() - ageWidth - 8));
 }
 
 void CardPainter::paintBody(QPainter& painter, const QRect& area, const CardContent& card,

@@ -17,8 +17,24 @@ constexpr int kMostLines = 10'000;
 
 using Keys = QHash<QByteArray, QByteArray>;
 
+/// Most lines of an entry are names and comments in languages that are not asked for.
+bool isWanted(QByteArrayView key, const QList<QByteArray>& locales) {
+    constexpr std::array wanted{"Type"_L1, "Name"_L1,   "Icon"_L1,      "StartupWMClass"_L1,
+                                "Exec"_L1, "Hidden"_L1, "NoDisplay"_L1, "Categories"_L1};
+    const qsizetype bracket = key.indexOf('[');
+    const QByteArrayView name = bracket < 0 ? key : key.first(bracket);
+    const bool isKnown = std::ranges::any_of(
+        wanted, [name](QLatin1StringView known) { return name == QByteArrayView(known); });
+    if (!isKnown || bracket < 0) {
+        return isKnown;
+    }
+    return std::ranges::any_of(locales, [&](const QByteArray& locale) {
+        return key.endsWith("]") && key.sliced(bracket + 1).chopped(1) == QByteArrayView(locale);
+    });
+}
+
 /// The keys of the group "Desktop Entry", the first value of each.
-Keys desktopEntryGroup(const QByteArray& bytes) {
+Keys desktopEntryGroup(const QByteArray& bytes, const QList<QByteArray>& locales) {
     Keys result;
     bool isInGroup = false;
     qsizetype start = 0;
@@ -38,11 +54,12 @@ Keys desktopEntryGroup(const QByteArray& bytes) {
             continue;
         }
         const qsizetype equals = line.indexOf('=');
-        if (isInGroup && equals > 0) {
-            const QByteArray key = line.first(equals).trimmed().toByteArray();
-            if (!result.contains(key)) {
-                result.insert(key, line.sliced(equals + 1).trimmed().toByteArray());
-            }
+        if (!isInGroup || equals <= 0) {
+            continue;
+        }
+        const QByteArrayView key = line.first(equals).trimmed();
+        if (isWanted(key, locales) && !result.contains(key.toByteArray())) {
+            result.insert(key.toByteArray(), line.sliced(equals + 1).trimmed().toByteArray());
         }
     }
     return result;
@@ -195,7 +212,7 @@ QByteArray messagesLocale() {
 
 std::optional<DesktopEntry> parseDesktopEntry(const QByteArray& bytes,
                                               const QList<QByteArray>& locales) {
-    const Keys keys = desktopEntryGroup(bytes);
+    const Keys keys = desktopEntryGroup(bytes, locales);
     if (keys.value("Type") != "Application") {
         return std::nullopt;
     }

@@ -55,13 +55,13 @@ bool WindowQueries::hasWindowManager() {
 }
 
 xcb_window_t WindowQueries::activeWindow() {
-    if (hasWindowManager()) {
-        const QList<quint32> active = property(m_root, "_NET_ACTIVE_WINDOW").numbers();
-        if (!active.isEmpty() && active.constFirst() != XCB_WINDOW_NONE) {
-            return active.constFirst();
-        }
+    if (!hasWindowManager()) {
+        return windowWithFocus(Clients::TopLevel);
     }
-    return clientWithFocus();
+    const QList<quint32> active = property(m_root, "_NET_ACTIVE_WINDOW").numbers();
+    return active.isEmpty() || active.constFirst() == XCB_WINDOW_NONE
+               ? windowWithFocus(Clients::Managed)
+               : active.constFirst();
 }
 
 std::optional<ProgramTraces> WindowQueries::traces(xcb_window_t window) {
@@ -116,7 +116,7 @@ xcb_window_t WindowQueries::parentOf(xcb_window_t window) const {
     return reply ? reply->parent : xcb_window_t{XCB_WINDOW_NONE};
 }
 
-xcb_window_t WindowQueries::clientWithFocus() {
+xcb_window_t WindowQueries::windowWithFocus(Clients clients) {
     xcb_window_t window = focusWindow();
     xcb_window_t topmost = XCB_WINDOW_NONE;
     for (int depth = 0; depth < kDeepestNesting; ++depth) {
@@ -129,8 +129,7 @@ xcb_window_t WindowQueries::clientWithFocus() {
         topmost = window;
         window = parentOf(window);
     }
-    // Without a window manager the top-level window is the client itself.
-    return topmost;
+    return clients == Clients::TopLevel ? topmost : xcb_window_t{XCB_WINDOW_NONE};
 }
 
 std::optional<QRect> WindowQueries::frame(xcb_window_t window) const {

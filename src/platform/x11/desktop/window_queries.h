@@ -18,8 +18,8 @@ public:
     /// Whether a window manager that knows EWMH runs at present.
     [[nodiscard]] bool hasWindowManager();
 
-    /// The window that the window manager calls active; without one, the client window that holds
-    /// the focus; 0 for none.
+    /// The window that the window manager calls active, else the one that holds the focus; 0 for
+    /// none.
     [[nodiscard]] xcb_window_t activeWindow();
 
     /// None when the window does not exist.
@@ -43,12 +43,16 @@ private:
         [[nodiscard]] QList<quint32> numbers() const;
     };
 
+    /// What counts as a program's window: one that carries the window manager's mark (a window
+    /// manager keeps windows of its own that take the focus), or without one any top-level window.
+    enum class Clients { Managed, TopLevel };
+
     [[nodiscard]] xcb_get_property_cookie_t ask(xcb_window_t window, const QByteArray& name);
     [[nodiscard]] Property answer(xcb_get_property_cookie_t cookie) const;
     [[nodiscard]] Property property(xcb_window_t window, const QByteArray& name);
     [[nodiscard]] xcb_window_t focusWindow() const;
     [[nodiscard]] xcb_window_t parentOf(xcb_window_t window) const;
-    [[nodiscard]] xcb_window_t clientWithFocus();
+    [[nodiscard]] xcb_window_t windowWithFocus(Clients clients);
     [[nodiscard]] bool isOrdinary(xcb_window_t window);
 
     xcb_connection_t* m_connection;

@@ -151,6 +151,7 @@ Result<void> X11HotKeys::grab(const HotKey& hotKey) {
         return {};
     }
     ungrab(hotKey, grabbed);
+    waitForServer();
     return failure(ErrorKind::Busy, u"another program owns the shortcut"_s);
 }
 
@@ -159,7 +160,14 @@ void X11HotKeys::ungrab(const HotKey& hotKey, const QList<uint16_t>& lockCombina
         xcb_ungrab_key(m_connection.get(), hotKey.key, m_connection.root(),
                        uint16_t(hotKey.modifiers | lock));
     }
-    xcb_flush(m_connection.get());
+}
+
+void X11HotKeys::waitForServer() {
+    // Keys are posted, and given to other programs, over other connections: only what the server
+    // has done is done for them too.
+    const XcbPtr<xcb_get_input_focus_reply_t> roundTrip(xcb_get_input_focus_reply(
+        m_connection.get(), xcb_get_input_focus(m_connection.get()), nullptr));
+    readEventsSoon();
 }
 
 void X11HotKeys::ungrabAll() {
@@ -191,6 +199,7 @@ void X11HotKeys::unregister(quint64 id) {
     }
     if (!m_isSuspended) {
         ungrab(*found, m_modifiers.lockCombinations());
+        waitForServer();
     }
     m_hotKeys.erase(found);
 }
@@ -209,7 +218,7 @@ void X11HotKeys::setSuspended(bool suspended) {
     // While a shortcut's key is down its grab holds the keyboard, and synthetic keys would come
     // to us; given up, its release goes elsewhere.
     xcb_ungrab_keyboard(m_connection.get(), XCB_CURRENT_TIME);
-    xcb_flush(m_connection.get());
+    waitForServer();
     for (HeldKey& key : m_held) {
         key.releaseMayBeMissed = true;
     }

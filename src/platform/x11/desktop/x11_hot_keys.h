@@ -49,6 +49,7 @@ private:
     void ungrab(const HotKey& hotKey, const QList<uint16_t>& lockCombinations);
     void ungrabAll();
     void grabAll();
+    void waitForServer();
     void unregister(quint64 id);
     void readEvents();
     void readEventsSoon();

@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: MIT
+// What each key does in the panel.
+#include <gtest/gtest.h>
+
+#include "overlay/panel_keys.h"
+
+using namespace Qt::StringLiterals;
+
+namespace quillo {
+namespace {
+
+using Kind = PanelKeyAction::Kind;
+
+struct Row {
+    const char* name;
+    int key;
+    Qt::KeyboardModifiers modifiers;
+    QString text;
+    quint32 scanCode;
+    PanelKeyAction action;
+};
+
+void check(const Row& row, bool textHasFocus, int selectedIndex, int cardCount) {
+    const PanelKeyAction action =
+        panelKeyAction({row.key, row.modifiers, row.text, row.scanCode, textHasFocus,
+                        selectedIndex, cardCount});
+    EXPECT_EQ(action.kind, row.action.kind) << row.name;
+    EXPECT_EQ(action.index, row.action.index) << row.name;
+}
+
+TEST(PanelKeys, OnTheCards) {
+    const Row rows[] = {
+        {"right", Qt::Key_Right, {}, {}, 114, {Kind::Select, 3}},
+        {"down", Qt::Key_Down, {}, {}, 116, {Kind::Select, 3}},
+        {"left", Qt::Key_Left, {}, {}, 113, {Kind::Select, 1}},
+        {"return", Qt::Key_Return, {}, u"\r"_s, 36, {Kind::Choose, 2}},
+        {"keypad enter", Qt::Key_Enter, {}, u"\r"_s, 104, {Kind::Choose, 2}},
+        {"escape", Qt::Key_Escape, {}, {}, 9, {Kind::Hide}},
+        {"3", Qt::Key_3, {}, u"3"_s, 12, {Kind::Choose, 2}},
+        {"5", Qt::Key_5, {}, u"5"_s, 14, {Kind::Choose, 4}},
+        {"a digit beyond the cards", Qt::Key_7, {}, u"7"_s, 16, {Kind::LetThrough}},
+        {"0", Qt::Key_0, {}, u"0"_s, 19, {Kind::LetThrough}},
+        {"azerty: the third key of the digit row", Qt::Key_QuoteDbl, {}, u"\""_s, 12,
+         {Kind::Choose, 2}},
+        {"azerty: with shift it is the digit", Qt::Key_3, Qt::ShiftModifier, u"3"_s, 12,
+         {Kind::Choose, 2}},
+        {"us: shift and 3 is no digit", Qt::Key_NumberSign, Qt::ShiftModifier, u"#"_s, 12,
+         {Kind::LetThrough}},
+        {"an arabic digit", Qt::Key_3, {}, u"٣"_s, 12, {Kind::Choose, 2}},
+        {"a letter", Qt::Key_A, {}, u"a"_s, 38, {Kind::LetThrough}},
+        {"control and q", Qt::Key_Q, Qt::ControlModifier, u"\x11"_s, 24, {Kind::LetThrough}},
+        {"control and a without a field", Qt::Key_A, Qt::ControlModifier, {}, 38,
+         {Kind::LetThrough}},
+        {"control and escape", Qt::Key_Escape, Qt::ControlModifier, {}, 9, {Kind::Hide}},
+        {"control and 3", Qt::Key_3, Qt::ControlModifier, {}, 12, {Kind::LetThrough}},
+    };
+    for (const Row& row : rows) {
+        check(row, false, 2, 5);
+    }
+}
+
+TEST(PanelKeys, ArrowsAtTheEndsAreTakenAndDoNothing) {
+    check({"left at the first", Qt::Key_Left, {}, {}, 113, {Kind::Consume}}, false, 0, 5);
+    check({"up at the first", Qt::Key_Up, {}, {}, 111, {Kind::Consume}}, false, 0, 5);
+    check({"right at the last", Qt::Key_Right, {}, {}, 114, {Kind::Consume}}, false, 4, 5);
+    check({"right without cards", Qt::Key_Right, {}, {}, 114, {Kind::Consume}}, false, 0, 0);
+}
+
+TEST(PanelKeys, InATextField) {
+    const Row rows[] = {
+        {"right edits", Qt::Key_Right, {}, {}, 114, {Kind::LetThrough}},
+        {"a digit is typed", Qt::Key_3, {}, u"3"_s, 12, {Kind::LetThrough}},
+        {"return", Qt::Key_Return, {}, u"\r"_s, 36, {Kind::Choose, 1}},
+        {"escape", Qt::Key_Escape, {}, {}, 9, {Kind::Hide}},
+        {"control and a", Qt::Key_A, Qt::ControlModifier, {}, 38, {Kind::SelectAllText}},
+        {"control and c", Qt::Key_C, Qt::ControlModifier, {}, 54, {Kind::CopyText}},
+        {"control and v", Qt::Key_V, Qt::ControlModifier, {}, 55, {Kind::PasteText}},
+        {"control and x", Qt::Key_X, Qt::ControlModifier, {}, 53, {Kind::CutText}},
+        {"control and z", Qt::Key_Z, Qt::ControlModifier, {}, 52, {Kind::UndoText}},
+        {"control and shift and z is the field's own", Qt::Key_Z,
+         Qt::ControlModifier | Qt::ShiftModifier, {}, 52, {Kind::LetThrough}},
+        {"control and left is a word move", Qt::Key_Left, Qt::ControlModifier, {}, 113,
+         {Kind::LetThrough}},
+        {"control and escape", Qt::Key_Escape, Qt::ControlModifier, {}, 9, {Kind::Hide}},
+    };
+    for (const Row& row : rows) {
+        check(row, true, 1, 5);
+    }
+}
+
+}  // namespace
+}  // namespace quillo

@@ -1,0 +1,136 @@
+// SPDX-License-Identifier: MIT
+// What each copy of each kind of clip consists of, broken clips included.
+#include <gtest/gtest.h>
+
+#include "model/persistence_controller.h"
+#include "paste/clip_contents.h"
+#include "paste/paste_target.h"
+#include "platform/images/qt_image_codec.h"
+#include "platform/text/document_reader.h"
+#include "support/manual_clock.h"
+
+using namespace Qt::StringLiterals;
+
+namespace quillo::testing {
+namespace {
+
+// The parts of a contents in one comparable text: which are there, and what they hold.
+QByteArray summary(const PasteboardContents& contents) {
+    QByteArrayList parts;
+    if (contents.text) {
+        parts += "text:" + contents.text->toUtf8();
+    }
+    if (contents.rtf) {
+        parts += "rtf:" + *contents.rtf;
+    }
+    if (contents.html) {
+        parts += "html:" + *contents.html;
+    }
+    if (contents.image) {
+        parts += "image:" + QByteArray::number(contents.image->size());
+    }
+    if (contents.fileUrl) {
+        parts += "file:" + contents.fileUrl->toEncoded();
+    }
+    return parts.join(' ');
+}
+
+class ClipContents : public ::testing::Test {
+protected:
+    [[nodiscard]] static PersistenceController::Options inMemory(const Clock& clock) {
+        PersistenceController::Options options;
+        options.kind = StoreKind::InMemory;
+        options.clock = &clock;
+        return options;
+    }
+
+    [[nodiscard]] QByteArray pngBytes() const {
+        QImage image({2, 2}, QImage::Format_RGB32);
+        image.fill(Qt::green);
+        return m_images.encodePng(image).value();
+    }
+
+    DocumentReader m_richText;
+    QtImageCodec m_images;
+    ManualClock m_clock;
+    PersistenceController m_persistence{inMemory(m_clock)};
+};
+
+TEST_F(ClipContents, EachVariantCopiesWhatTheClipHasAndNothingBroken) {
+    const QByteArray rtf = "{\\rtf1 words}";
+    const QByteArray html = "<b>words</b>";
+    const QByteArray png = pngBytes();
+    const QByteArray image = "image:" + QByteArray::number(png.size());
+    struct Row {
+        const char* name;
+        qint64 type;
+        std::optional<QString> plaintext;
+        std::optional<QByteArray> bytes;
+        std::optional<QString> url;
+        QByteArray byKind;
+        QByteArray quick;
+        QByteArray inDetail;
+    };
+    const Row rows[] = {
+        {"text", 0, u"a"_s, {}, {}, "text:a", "text:a", "text:a"},
+        {"link without text", 0, {}, {}, u"http://h"_s, "text:http://h", "text:http://h", ""},
+        {"empty clip", 0, {}, {}, {}, "", "", ""},
+        {"unknown kind", 7, u"a"_s, {}, {}, "text:a", "text:a", "text:a"},
+        {"rtf", 1, u"words"_s, rtf, {}, "rtf:" + rtf, "text:words", "text:words rtf:" + rtf},
+        {"rtf without text", 1, {}, rtf, {}, "rtf:" + rtf, "", "rtf:" + rtf},
+        {"broken rtf", 1, u"words"_s, "no document", {}, "text:words", "text:words",
+         "text:words rtf:no document"},
+        {"html", 2, u"words"_s, html, {}, "html:" + html, "text:words", "text:words html:" + html},
+        {"html that is not UTF-8", 2, u"words"_s, "\xff\xff", {}, "text:words", "text:words",
+         "text:words html:\xff\xff"},
+        {"image", 3, {}, png, {}, image, image, image},
+        {"broken image", 3, {}, "no image", {}, "", "image:8", "image:8"},
+        {"missing image", 3, {}, {}, {}, "", "", ""},
+        {"file", 4, {}, {}, u"file:///tmp/a%20b"_s, "file:file:///tmp/a%20b",
+         "text:file:///tmp/a%20b", "file:file:///tmp/a%20b"},
+        {"file without a valid address", 4, {}, {}, u"no address"_s, "", "text:no address", ""},
+    };
+    const ContentReaders readers{m_richText, m_images};
+    for (const Row& row : rows) {
+        const auto clip = Clip::create(m_persistence.viewContext(), m_clock.now());
+        clip->setRawType(row.type);
+        clip->setPlaintext(row.plaintext);
+        clip->setUrlString(row.url);
+        if (row.type == 3) {
+            clip->setImageData(row.bytes);
+        } else {
+            clip->setAttributed(row.bytes);
+        }
+        EXPECT_EQ(summary(contentsByKind(*clip, readers)), row.byKind) << row.name;
+        EXPECT_EQ(summary(contentsForQuickCopy(*clip)), row.quick) << row.name;
+        EXPECT_EQ(summary(contentsForDetailCopy(*clip)), row.inDetail) << row.name;
+    }
+}
+
+TEST(PasteTarget, TheKeysFollowTheProgram) {
+    const struct {
+        const char* name;
+        QString windowClass;
+        QString windowInstance;
+        QStringList categories;
+        PasteKeys keys;
+    } rows[] = {
+        {"an editor", u"Mousepad"_s, u"mousepad"_s, {u"Utility"_s}, PasteKeys::ControlV},
+        {"nothing known", {}, {}, {}, PasteKeys::ControlV},
+        {"xterm", u"XTerm"_s, u"xterm"_s, {u"System"_s, u"TerminalEmulator"_s},
+         PasteKeys::ShiftInsert},
+        {"xterm under another name", u"UXTerm"_s, u"login"_s, {}, PasteKeys::ShiftInsert},
+        {"by its category", u"Newterm"_s, u"newterm"_s, {u"TerminalEmulator"_s},
+         PasteKeys::ControlShiftV},
+        {"without a desktop entry", u"kitty"_s, u"kitty"_s, {}, PasteKeys::ControlShiftV},
+    };
+    for (const auto& row : rows) {
+        RunningApplication application;
+        application.windowClass = row.windowClass;
+        application.windowInstance = row.windowInstance;
+        EXPECT_EQ(pasteKeysFor(application, row.categories), row.keys) << row.name;
+    }
+}
+
+}  // namespace
+}  // namespace quillo::testing
