@@ -38,3 +38,8 @@ function(quillo_test name)
   endif()
   set_tests_properties(${name} PROPERTIES LABELS "${ARG_LABEL}" TIMEOUT 300)
 endfunction()
+
+# Coverage for the fuzzers; each fuzz target adds the main function when it is linked.
+if(QUILLO_FUZZ)
+  add_compile_options(-fsanitize=fuzzer-no-link)
+endif()

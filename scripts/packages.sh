@@ -6,7 +6,8 @@ set -eu
 
 build="g++ cmake ninja-build ccache pkg-config qt6-base-dev qt6-base-private-dev qt6-svg-dev
   libsqlite3-dev libsqlitecpp-dev libicu-dev libxcb1-dev libxcb-xfixes0-dev libxcb-xtest0-dev
-  libxcb-xkb-dev libxkbcommon-dev libxkbcommon-x11-dev libheif-dev libsystemd-dev"
+  libxcb-xkb-dev libxkbcommon-dev libxkbcommon-x11-dev libheif-dev
+  libsystemd-dev zlib1g-dev"
 run="qt6-image-formats-plugins libqt6svg6 shared-mime-info fontconfig fonts-inter
   fonts-dejavu-core"
 demo="xvfb openbox dbus dbus-x11 xdotool xclip wmctrl x11-utils x11-xserver-utils x11-xkb-utils

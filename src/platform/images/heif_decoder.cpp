@@ -92,8 +92,7 @@ Result<QImage> copyPixels(const heif_image* image, bool hasAlpha) {
         return failure(ErrorKind::Failed, u"no memory for an HEIF picture"_s);
     }
     for (int y = 0; y < size.height(); ++y) {
-        std::memcpy(copy.scanLine(y), plane + qsizetype{y} * stride,
-                    static_cast<size_t>(rowBytes));
+        std::memcpy(copy.scanLine(y), plane + qsizetype{y} * stride, static_cast<size_t>(rowBytes));
     }
     return copy;
 }

@@ -4,6 +4,7 @@
 #include <zlib.h>
 
 #include <QColorSpace>
+#include <QColorTransform>
 #include <QtEndian>
 #include <algorithm>
 #include <array>
@@ -63,9 +64,32 @@ bool isOpaque(const QImage& rgba) {
     return true;
 }
 
-QImage inStandardGamut(const QImage& image) {
-    const QColorSpace space = image.colorSpace();
+bool isNear(QRgb one, QRgb other) {
+    // The files give the primaries with five digits; near zero that is a few steps.
+    constexpr int kSteps = 8;
+    return std::abs(qRed(one) - qRed(other)) <= kSteps &&
+           std::abs(qGreen(one) - qGreen(other)) <= kSteps &&
+           std::abs(qBlue(one) - qBlue(other)) <= kSteps;
+}
+
+/// True for sRGB under another name: many programs write its primaries and a gamma of 1/2.2,
+/// and a conversion would change every dark value for nothing that can be seen.
+bool isStandardSpace(const QColorSpace& space) {
     if (!space.isValid() || space.primaries() == QColorSpace::Primaries::SRgb) {
+        return true;
+    }
+    const QColorSpace standard(QColorSpace::SRgb);
+    const QColorTransform there = space.transformationToColorSpace(standard);
+    const QColorTransform back = standard.transformationToColorSpace(space);
+    constexpr std::array<QRgb, 3> kCorners = {0xffff0000, 0xff00ff00, 0xff0000ff};
+    return std::abs(space.gamma() - 2.2F) < 0.05F &&
+           std::all_of(kCorners.cbegin(), kCorners.cend(), [&](QRgb corner) {
+               return isNear(there.map(corner), corner) && isNear(back.map(corner), corner);
+           });
+}
+
+QImage inStandardGamut(const QImage& image) {
+    if (isStandardSpace(image.colorSpace())) {
         return image;
     }
     QImage converted = image.convertToFormat(image.hasAlphaChannel() ? QImage::Format_ARGB32
@@ -180,7 +204,8 @@ void compress(const Raster& raster, Method method, Strip& strip) {
 
 std::vector<Strip> stripsOf(const Raster& raster) {
     const int height = raster.image.height();
-    const auto rows = static_cast<int>(std::clamp<qsizetype>(kStripBytes / raster.rowBytes(), 1, height));
+    const auto rows =
+        static_cast<int>(std::clamp<qsizetype>(kStripBytes / raster.rowBytes(), 1, height));
     std::vector<Strip> strips;
     for (int y = 0; y < height; y += rows) {
         strips.push_back({.firstRow = y,

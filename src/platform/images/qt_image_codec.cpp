@@ -85,6 +85,10 @@ public:
         if (image.isNull()) {
             return std::unexpected(error());
         }
+        // A GIF's frame may be announced small and its screen be large.
+        if (!isWithinImageBounds(image.size())) {
+            return failure(ErrorKind::TooLarge, u"picture beyond the bounds"_s);
+        }
         return image;
     }
 
@@ -112,14 +116,16 @@ private:
     std::unique_ptr<QImageReader> m_reader;
 };
 
-Error unknownImage() { return {ErrorKind::Malformed, u"no known image format"_s}; }
+Error unknownImage() {
+    return {ErrorKind::Malformed, u"no known image format"_s};
+}
 
 QSize fitted(QSize size, QSize bounds) {
     if (size.width() <= bounds.width() && size.height() <= bounds.height()) {
         return size;
     }
-    const double scale = std::min(bounds.width() / double(size.width()),
-                                  bounds.height() / double(size.height()));
+    const double scale =
+        std::min(bounds.width() / double(size.width()), bounds.height() / double(size.height()));
     return QSize(std::max(1, int(std::lround(size.width() * scale))),
                  std::max(1, int(std::lround(size.height() * scale))));
 }
@@ -234,6 +240,8 @@ Result<QByteArray> QtImageCodec::encodeJpeg(const QImage& image, double quality)
     return bytes;
 }
 
-QString QtImageCodec::mimeType(const QByteArray& bytes) const { return imageMimeType(bytes); }
+QString QtImageCodec::mimeType(const QByteArray& bytes) const {
+    return imageMimeType(bytes);
+}
 
 }  // namespace quillo

@@ -16,13 +16,11 @@ public:
 
     [[nodiscard]] Result<QImage> decode(const QByteArray& bytes) const override;
     [[nodiscard]] Result<QSize> size(const QByteArray& bytes) const override;
-    [[nodiscard]] Result<QImage> decodeScaled(const QByteArray& bytes,
-                                              QSize bounds) const override;
+    [[nodiscard]] Result<QImage> decodeScaled(const QByteArray& bytes, QSize bounds) const override;
     [[nodiscard]] Result<QByteArray> encodePng(const QImage& image) const override;
 
     /// Transparent parts become white.
-    [[nodiscard]] Result<QByteArray> encodeJpeg(const QImage& image,
-                                                double quality) const override;
+    [[nodiscard]] Result<QByteArray> encodeJpeg(const QImage& image, double quality) const override;
     [[nodiscard]] QString mimeType(const QByteArray& bytes) const override;
 };
 

@@ -89,9 +89,9 @@ QString CodePageDecoder::decode(int codePage, QByteArrayView bytes) {
     }
     QString text(bytes.size() * 2, Qt::Uninitialized);
     UErrorCode status = U_ZERO_ERROR;
-    const int32_t length = ucnv_toUChars(
-        source, reinterpret_cast<UChar*>(text.data()), static_cast<int32_t>(text.size()),
-        bytes.data(), static_cast<int32_t>(bytes.size()), &status);
+    const int32_t length = ucnv_toUChars(source, reinterpret_cast<UChar*>(text.data()),
+                                         static_cast<int32_t>(text.size()), bytes.data(),
+                                         static_cast<int32_t>(bytes.size()), &status);
     text.resize(U_SUCCESS(status) ? std::min<qsizetype>(length, text.size()) : 0);
     return text;
 }

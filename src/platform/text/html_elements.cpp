@@ -35,7 +35,8 @@ constexpr std::array kElements = {
     HtmlElement{QLatin1StringView("colgroup"), Hidden},
     HtmlElement{QLatin1StringView("datalist"), Hidden},
     HtmlElement{QLatin1StringView("dd"), Block},
-    HtmlElement{QLatin1StringView("del"), Inline, QLatin1StringView("text-decoration:line-through")},
+    HtmlElement{QLatin1StringView("del"), Inline,
+                QLatin1StringView("text-decoration:line-through")},
     HtmlElement{QLatin1StringView("details"), Block},
     HtmlElement{QLatin1StringView("dfn"), Inline, QLatin1StringView("font-style:italic")},
     HtmlElement{QLatin1StringView("dialog"), Block},
@@ -71,7 +72,8 @@ constexpr std::array kElements = {
     HtmlElement{QLatin1StringView("legend"), Block},
     HtmlElement{QLatin1StringView("li"), ListItem},
     HtmlElement{QLatin1StringView("link"), Void},
-    HtmlElement{QLatin1StringView("listing"), Block, QLatin1StringView("font-family:monospace"), true},
+    HtmlElement{QLatin1StringView("listing"), Block, QLatin1StringView("font-family:monospace"),
+                true},
     HtmlElement{QLatin1StringView("main"), Block},
     HtmlElement{QLatin1StringView("map"), Hidden},
     HtmlElement{QLatin1StringView("math"), Hidden},
@@ -93,7 +95,8 @@ constexpr std::array kElements = {
     HtmlElement{QLatin1StringView("section"), Block},
     HtmlElement{QLatin1StringView("select"), Hidden},
     HtmlElement{QLatin1StringView("source"), Void},
-    HtmlElement{QLatin1StringView("strike"), Inline, QLatin1StringView("text-decoration:line-through")},
+    HtmlElement{QLatin1StringView("strike"), Inline,
+                QLatin1StringView("text-decoration:line-through")},
     HtmlElement{QLatin1StringView("strong"), Inline, QLatin1StringView("font-weight:bold")},
     HtmlElement{QLatin1StringView("style"), RawText},
     HtmlElement{QLatin1StringView("summary"), Block},
@@ -130,8 +133,8 @@ const HtmlElement& htmlElement(QStringView name) {
         kElements.begin(), kElements.end(), name, [](const HtmlElement& known, QStringView wanted) {
             return known.name.compare(wanted, Qt::CaseInsensitive) < 0;
         });
-    const bool known = found != kElements.end() &&
-                       found->name.compare(name, Qt::CaseInsensitive) == 0;
+    const bool known =
+        found != kElements.end() && found->name.compare(name, Qt::CaseInsensitive) == 0;
     return known ? *found : kUnknown;
 }
 

@@ -10,7 +10,7 @@ namespace quillo {
 enum class HtmlRole {
     Inline,
     Block,
-    Paragraph,    ///< A block that the next block closes.
+    Paragraph,  ///< A block that the next block closes.
     LineBreak,
     List,
     OrderedList,

@@ -10,7 +10,7 @@ namespace {
 using namespace Qt::StringLiterals;
 
 constexpr std::size_t kMaxOpenElements = 100;
-constexpr qsizetype kMaxSpans = 100'000;
+constexpr qsizetype kMaxSpans = 20'000;
 constexpr qsizetype kMaxLinkUnits = 8192;
 constexpr int kMaxItemNumber = 1'000'000;
 
@@ -18,7 +18,9 @@ bool isOneOf(const HtmlElement* element, std::initializer_list<HtmlRole> roles) 
     return element != nullptr && std::ranges::find(roles, element->role) != roles.end();
 }
 
-std::size_t hashOfName(QStringView name) { return qHash(name.toString().toLower()); }
+std::size_t hashOfName(QStringView name) {
+    return qHash(name.toString().toLower());
+}
 
 bool isName(QStringView name, QLatin1StringView wanted) {
     return name.compare(wanted, Qt::CaseInsensitive) == 0;
@@ -108,17 +110,16 @@ void HtmlFlattener::push(const HtmlElement& element, const HtmlToken& token) {
     }
     const OpenElement& outer = m_open.back();
     const Effect effect = effectOf(element, token.attributes);
-    const bool isQtParagraph = m_isQtDocument && isOneOf(&element, {HtmlRole::Paragraph,
-                                                                    HtmlRole::ListItem});
-    OpenElement open{.element = &element,
-                     .nameHash = hashOfName(token.text),
-                     .hidden = outer.hidden || effect.style.hidden ||
-                               element.role == HtmlRole::Hidden,
-                     .preservesSpace = effect.style.preservesSpace.value_or(
-                         outer.preservesSpace || element.preservesSpace || isQtParagraph),
-                     .hasListMarks = effect.style.hasListMarks.value_or(
-                         isOneOf(&element, {HtmlRole::List, HtmlRole::OrderedList}) ||
-                         outer.hasListMarks)};
+    const bool isQtParagraph =
+        m_isQtDocument && isOneOf(&element, {HtmlRole::Paragraph, HtmlRole::ListItem});
+    OpenElement open{
+        .element = &element,
+        .nameHash = hashOfName(token.text),
+        .hidden = outer.hidden || effect.style.hidden || element.role == HtmlRole::Hidden,
+        .preservesSpace = effect.style.preservesSpace.value_or(
+            outer.preservesSpace || element.preservesSpace || isQtParagraph),
+        .hasListMarks = effect.style.hasListMarks.value_or(
+            isOneOf(&element, {HtmlRole::List, HtmlRole::OrderedList}) || outer.hasListMarks)};
     if (element.role == HtmlRole::OrderedList) {
         open.count = effect.firstNumber - 1;
     }
@@ -231,8 +232,8 @@ void HtmlFlattener::endStructure(const OpenElement& closed) {
 void HtmlFlattener::closeImplied(HtmlRole role) {
     switch (role) {
         case HtmlRole::ListItem:
-            closeUpTo(HtmlRole::ListItem, {HtmlRole::List, HtmlRole::OrderedList, HtmlRole::Table,
-                                           HtmlRole::Cell});
+            closeUpTo(HtmlRole::ListItem,
+                      {HtmlRole::List, HtmlRole::OrderedList, HtmlRole::Table, HtmlRole::Cell});
             break;
         case HtmlRole::Row:
             closeUpTo(HtmlRole::Row, {HtmlRole::Table});
@@ -270,8 +271,7 @@ void HtmlFlattener::closeTag(QStringView name) {
         m_writer.lineBreak();
         return;
     }
-    const bool crossesCells =
-        isOneOf(&element, {HtmlRole::Cell, HtmlRole::Row, HtmlRole::Table});
+    const bool crossesCells = isOneOf(&element, {HtmlRole::Cell, HtmlRole::Row, HtmlRole::Table});
     const std::size_t hash = hashOfName(name);
     for (std::size_t height = m_open.size(); height > 1; --height) {
         const OpenElement& open = m_open[height - 1];
@@ -299,9 +299,8 @@ void HtmlFlattener::popTo(std::size_t height) {
 }
 
 HtmlFlattener::OpenElement* HtmlFlattener::nearest(std::initializer_list<HtmlRole> roles) {
-    const auto found = std::find_if(m_open.rbegin() + 1, m_open.rend(), [&](const auto& open) {
-        return isOneOf(open.element, roles);
-    });
+    const auto found = std::find_if(m_open.rbegin() + 1, m_open.rend(),
+                                    [&](const auto& open) { return isOneOf(open.element, roles); });
     return found == m_open.rend() ? nullptr : &*found;
 }
 

@@ -22,7 +22,9 @@ bool isForeign(QChar c) {
 
 }  // namespace
 
-bool HtmlLineWriter::isFull() const { return m_units >= kMaxDocumentUnits; }
+bool HtmlLineWriter::isFull() const {
+    return m_units >= kMaxDocumentUnits;
+}
 
 void HtmlLineWriter::addText(QStringView text, bool preserveSpace) {
     preserveSpace ? addPreserved(text) : addCollapsed(text);

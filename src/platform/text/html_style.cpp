@@ -13,10 +13,10 @@ constexpr qsizetype kMaxAttributeUnits = 8192;
 constexpr qsizetype kMaxValueUnits = 256;
 
 bool isCharacterProperty(const QString& property) {
-    static const std::array kProperties{u"color"_s,       u"background"_s, u"background-color"_s,
-                                        u"font"_s,        u"font-family"_s, u"font-size"_s,
-                                        u"font-style"_s,  u"font-weight"_s, u"text-decoration"_s,
-                                        u"text-decoration-line"_s};
+    static const std::array kProperties{
+        u"color"_s,           u"background"_s,          u"background-color"_s, u"font"_s,
+        u"font-family"_s,     u"font-size"_s,           u"font-style"_s,       u"font-weight"_s,
+        u"text-decoration"_s, u"text-decoration-line"_s};
     return std::ranges::find(kProperties, property) != kProperties.end();
 }
 
@@ -51,8 +51,8 @@ void readDeclaration(HtmlStyle& style, QStringView declaration) {
 
 HtmlStyle readStyleAttribute(const QString& attribute) {
     HtmlStyle style;
-    const QStringView text = QStringView(attribute).first(
-        std::min(attribute.size(), kMaxAttributeUnits));
+    const QStringView text =
+        QStringView(attribute).first(std::min(attribute.size(), kMaxAttributeUnits));
     for (const QStringView declaration : text.tokenize(u';')) {
         readDeclaration(style, declaration);
     }

@@ -17,7 +17,9 @@ bool isHtmlSpace(QChar c) {
     return c == u' ' || c == u'\t' || c == u'\n' || c == u'\r' || c == u'\f';
 }
 
-bool endsName(QChar c) { return isHtmlSpace(c) || c == u'/' || c == u'>'; }
+bool endsName(QChar c) {
+    return isHtmlSpace(c) || c == u'/' || c == u'>';
+}
 
 QStringView attributeValue(QStringView text, qsizetype& i) {
     const QChar quote = i < text.size() ? text[i] : QChar();
@@ -52,9 +54,12 @@ std::optional<char32_t> numericReference(QStringView name) {
 }
 
 std::optional<char32_t> characterOf(QStringView name) {
-    static constexpr std::array<std::pair<QStringView, char32_t>, 6> kNamed{
-        {{u"amp", U'&'}, {u"lt", U'<'}, {u"gt", U'>'}, {u"quot", U'"'}, {u"apos", U'\''},
-         {u"nbsp", U' '}}};
+    static constexpr std::array<std::pair<QStringView, char32_t>, 6> kNamed{{{u"amp", U'&'},
+                                                                             {u"lt", U'<'},
+                                                                             {u"gt", U'>'},
+                                                                             {u"quot", U'"'},
+                                                                             {u"apos", U'\''},
+                                                                             {u"nbsp", U' '}}};
     if (name.startsWith(u'#')) {
         return numericReference(name);
     }
@@ -142,7 +147,8 @@ HtmlToken HtmlTokenizer::comment() {
     const qsizetype close = m_html.indexOf(u"-->", start);
     const qsizetype end = close < 0 ? m_html.size() : close;
     m_position = close < 0 ? m_html.size() : close + 3;
-    return {HtmlTokenKind::Comment, m_html.sliced(std::min(start, end), end - std::min(start, end))};
+    return {HtmlTokenKind::Comment,
+            m_html.sliced(std::min(start, end), end - std::min(start, end))};
 }
 
 HtmlToken HtmlTokenizer::declaration() {
@@ -193,8 +199,8 @@ QString withoutCharacterReferences(QStringView text) {
     QString plain;
     for (qsizetype i = 0; i < text.size(); ++i) {
         if (text[i] == u'&') {
-            const qsizetype end = text.sliced(i, std::min(kLongestName, text.size() - i))
-                                      .indexOf(u';');
+            const qsizetype end =
+                text.sliced(i, std::min(kLongestName, text.size() - i)).indexOf(u';');
             const auto character =
                 end < 0 ? std::nullopt : characterOf(text.sliced(i + 1, end - 1));
             if (character) {

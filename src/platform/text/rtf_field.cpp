@@ -45,8 +45,8 @@ bool isSwitch(const Word& word, QChar letter) {
 
 QString hyperlinkTarget(const QString& instruction) {
     qsizetype position = 0;
-    if (nextWord(instruction, position).text.compare(QLatin1StringView("HYPERLINK"),
-                                                     Qt::CaseInsensitive) != 0) {
+    if (nextWord(instruction, position)
+            .text.compare(QLatin1StringView("HYPERLINK"), Qt::CaseInsensitive) != 0) {
         return {};
     }
     QString address;

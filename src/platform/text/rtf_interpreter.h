@@ -3,6 +3,7 @@
 
 #include <QByteArray>
 #include <QStringList>
+#include <optional>
 #include <vector>
 
 #include "code_page.h"
@@ -52,6 +53,7 @@ private:
     struct Field {
         QString instruction;
         Destination resultDestination = Destination::Text;
+        std::optional<int> link = {};  ///< Known once a result was met.
     };
 
     [[nodiscard]] bool handle(const RtfToken& token);

@@ -25,8 +25,8 @@ enum class RtfAction {
     NestedRow,
     Unicode,
     UnicodeSkip,
-    CodePage,          ///< The page is the word's number.
-    DocumentCharset,   ///< The page is in `value`.
+    CodePage,         ///< The page is the word's number.
+    DocumentCharset,  ///< The page is in `value`.
     DefaultFont,
     Font,
     FontCharset,

@@ -18,7 +18,9 @@ void RtfFontTable::begin(int number) {
     m_name.clear();
 }
 
-void RtfFontTable::setCodePage(int codePage) { m_font.codePage = codePage; }
+void RtfFontTable::setCodePage(int codePage) {
+    m_font.codePage = codePage;
+}
 
 void RtfFontTable::append(QByteArrayView bytes, CodePageDecoder& decoder) {
     for (const char byte : bytes) {
@@ -60,7 +62,9 @@ std::optional<QColor> RtfColorTable::color(int number) const {
     return number >= 0 && number < m_colors.size() ? m_colors.at(number) : std::nullopt;
 }
 
-int RtfColorTable::clamped(int value) { return std::clamp(value, 0, 255); }
+int RtfColorTable::clamped(int value) {
+    return std::clamp(value, 0, 255);
+}
 
 QColor& RtfColorTable::current() {
     if (!m_current) {

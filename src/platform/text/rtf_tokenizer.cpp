@@ -8,13 +8,21 @@ namespace {
 
 constexpr int kMaxNumber = 1'000'000'000;
 
-bool isLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
+bool isLetter(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
 
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
+bool isDigit(char c) {
+    return c >= '0' && c <= '9';
+}
 
-bool isIgnored(char c) { return c == '\r' || c == '\n' || c == '\0'; }
+bool isIgnored(char c) {
+    return c == '\r' || c == '\n' || c == '\0';
+}
 
-bool endsText(char c) { return c == '\\' || c == '{' || c == '}' || isIgnored(c); }
+bool endsText(char c) {
+    return c == '\\' || c == '{' || c == '}' || isIgnored(c);
+}
 
 int hexDigit(char c) {
     if (isDigit(c)) {
