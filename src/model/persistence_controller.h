@@ -16,7 +16,7 @@ class UserDefaults;
 enum class StoreState {
     Loaded,    ///< The file is open.
     InMemory,  ///< The file cannot be used at present; captures are held and saved later.
-    Failed,    ///< Neither the file nor its replacement could be opened.
+    Failed,    ///< Neither the file nor its replacement could be opened; otherwise as InMemory.
 };
 
 enum class StoreKind { OnDisk, InMemory };
@@ -57,6 +57,10 @@ public:
 
     /// Waits until everything performed so far is done. For shutdown and tests.
     void waitUntilIdle();
+
+    /// To follow the deletion of everything: removes the stores that were set aside and gives the
+    /// file's free space back. Returns at once; done after the work performed so far. Any thread.
+    void eraseTraces();
 
 Q_SIGNALS:
     void stateChanged();

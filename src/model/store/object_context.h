@@ -6,8 +6,8 @@
 #include <QObject>
 #include <QSet>
 #include <functional>
+#include <map>
 #include <memory>
-#include <optional>
 #include <vector>
 
 #include "base/result.h"
@@ -86,11 +86,19 @@ public:
 private:
     friend class ObjectContext;
 
+    [[nodiscard]] QList<int> changedAttributes() const;
+    /// Takes a value that the store holds; a pending change stays and is undone to it.
+    void takeStored(int attribute, Value value);
+    void dropHeavy(int attribute);
+    void forgetChanges();
+    void undoChanges();
+
     ObjectContext* m_context;
     ObjectId m_id;
     mutable std::vector<Value> m_values;
     mutable std::vector<bool> m_loaded;
     std::vector<bool> m_changed;
+    std::map<int, Value> m_stored;  ///< What changed attributes held; a heavy one may be missing.
     bool m_deleted = false;
 };
 
@@ -107,11 +115,13 @@ public:
     ~ObjectContext() override;
 
     /// T is Clip, Pinboard or Tag; request.entity is set from it. The same record is the same
-    /// object as long as somebody holds it.
+    /// object as long as somebody holds it. What is asked is the store: unsaved insertions are not
+    /// found and unsaved values take no part in conditions and order; records removed here are
+    /// left out.
     template <typename T>
     [[nodiscard]] Result<QList<std::shared_ptr<T>>> fetch(FetchRequest request) {
         request.entity = T::kEntity;
-        auto rows = fetchObjects(request);
+        auto rows = fetchObjects(request, &makeObject<T>);
         if (!rows) {
             return std::unexpected(rows.error());
         }
@@ -126,7 +136,7 @@ public:
     /// The record of that identity; none when there is none.
     template <typename T>
     [[nodiscard]] std::shared_ptr<T> object(const QUuid& key) {
-        return std::static_pointer_cast<T>(fetchObject(ObjectId{T::kEntity, key}));
+        return std::static_pointer_cast<T>(fetchObject(ObjectId{T::kEntity, key}, &makeObject<T>));
     }
 
     [[nodiscard]] Result<QList<ObjectId>> fetchIds(const FetchRequest& request);
@@ -135,7 +145,15 @@ public:
     /// A new record with a fresh random UUID, written by the next save().
     template <typename T>
     [[nodiscard]] std::shared_ptr<T> insert() {
-        return std::static_pointer_cast<T>(insertObject(T::kEntity));
+        return insert<T>(QUuid::createUuid());
+    }
+
+    /// The same with a key of the caller's, for a record that comes from another store. A key that
+    /// is taken makes save() fail.
+    template <typename T>
+    [[nodiscard]] std::shared_ptr<T> insert(const QUuid& key) {
+        return std::static_pointer_cast<T>(
+            insertObject(std::make_shared<T>(*this, ObjectId{T::kEntity, key})));
     }
 
     void remove(StoredObject& object);
@@ -148,7 +166,9 @@ public:
     [[nodiscard]] bool hasChanges() const;
 
     /// Writes everything in one transaction; on failure nothing is written and the changes stay
-    /// pending (rollback() drops them). Publishes the change set to every other context.
+    /// pending (rollback() drops them). A record whose own values made it fail (too large, a key
+    /// that is taken) is given up, so that it cannot block a later save. A record that was deleted
+    /// elsewhere is dropped without failing. Publishes the change set to every other context.
     [[nodiscard]] Result<void> save();
     void rollback();
 
@@ -161,7 +181,8 @@ public:
     void refreshAllObjects();
 
     /// Runs the work in one immediate transaction: what it reads cannot change until it is done.
-    /// save() inside it writes at once and is published when the transaction is committed.
+    /// save() inside it writes at once and is published when the transaction is committed. When
+    /// the work or the commit fails, what it saved is undone and the held records are read anew.
     [[nodiscard]] Result<void> transaction(const std::function<Result<void>()>& work);
 
 Q_SIGNALS:
@@ -174,11 +195,19 @@ private:
     friend class StoredObject;
 
     class Private;
+    using Maker = std::shared_ptr<StoredObject> (*)(ObjectContext& context, const ObjectId& id);
+
     explicit ObjectContext(std::unique_ptr<Private> d);
 
-    Result<QList<std::shared_ptr<StoredObject>>> fetchObjects(const FetchRequest& request);
-    std::shared_ptr<StoredObject> fetchObject(const ObjectId& id);
-    std::shared_ptr<StoredObject> insertObject(Entity entity);
+    template <typename T>
+    static std::shared_ptr<StoredObject> makeObject(ObjectContext& context, const ObjectId& id) {
+        return std::make_shared<T>(context, id);
+    }
+
+    Result<QList<std::shared_ptr<StoredObject>>> fetchObjects(const FetchRequest& request,
+                                                              Maker maker);
+    std::shared_ptr<StoredObject> fetchObject(const ObjectId& id, Maker maker);
+    std::shared_ptr<StoredObject> insertObject(std::shared_ptr<StoredObject> object);
 
     std::unique_ptr<Private> d;
 };

@@ -81,4 +81,20 @@ enum class TagAttribute : int { Name };
 /// The two many-to-many relationships, each seen from Clip; the other entity's end is the inverse.
 enum class Relationship : quint8 { ClipPinboards, ClipTags };
 
+struct RelationshipDescription {
+    Relationship relationship;
+    const char* table;       ///< Two columns: "clip" and "other".
+    const char* nameAtClip;  ///< The relationship's name at Clip; at the other end it is "clips".
+    Entity other;
+};
+
+[[nodiscard]] std::span<const RelationshipDescription> relationshipModel();
+[[nodiscard]] const RelationshipDescription& describe(Relationship relationship);
+
+/// True when the value is present and of that type.
+[[nodiscard]] bool holdsType(const Value& value, AttributeType type);
+
+/// What an attribute holds before anybody sets it.
+[[nodiscard]] Value initialValue(const AttributeDescription& attribute);
+
 }  // namespace quillo

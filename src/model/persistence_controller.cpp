@@ -1,0 +1,173 @@
+// SPDX-License-Identifier: MIT
+#include "model/persistence_controller.h"
+
+#include <QJsonValue>
+#include <QStandardPaths>
+#include <QTimer>
+#include <algorithm>
+
+#include "base/logging.h"
+#include "model/late_save.h"
+#include "model/store/object_store.h"
+#include "model/store/store_files.h"
+#include "platform/user_defaults.h"
+
+using namespace std::chrono_literals;
+using namespace Qt::StringLiterals;
+
+namespace quillo {
+namespace {
+
+QUILLO_LOG_CATEGORY(lcController, "PersistenceController")
+
+constexpr std::chrono::milliseconds kLongestRetryInterval = 60s;
+
+const Clock& clockOf(const PersistenceController::Options& options) {
+    static const SystemClock kSystemClock;
+    return options.clock != nullptr ? *options.clock : kSystemClock;
+}
+
+StoreLocation locationOf(const PersistenceController::Options& options) {
+    if (options.kind == StoreKind::InMemory) {
+        return {};
+    }
+    const QString base = options.baseFolder.isEmpty()
+                             ? QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)
+                             : options.baseFolder;
+    return {base + u"/Quillo/Quillo.sqlite"_s};
+}
+
+qint64 historyLimit(const UserDefaults* defaults) {
+    const auto value = defaults != nullptr ? defaults->object(u"maxHistoryItems"_s) : std::nullopt;
+    return value.has_value() ? value->toInteger() : 0;
+}
+
+}  // namespace
+
+class PersistenceController::Private final {
+public:
+    Private(PersistenceController& controller, const Options& theOptions)
+        : q(controller), options(theOptions), location(locationOf(theOptions)) {}
+
+    void load();
+    void holdInMemory(bool recoveryFailed);
+    void tryAgain();
+    void openOnStoreThread();
+    void loaded();
+    void stillNot();
+    void setState(StoreState next);
+
+    PersistenceController& q;
+    Options options;
+    StoreLocation location;
+    StoreState state = StoreState::Failed;
+    QTimer retryTimer;
+    std::chrono::milliseconds retryInterval{};
+    ErrorKind lastLogged = ErrorKind::Failed;  // Touched by one thread at a time.
+    std::unique_ptr<ObjectStore> store;        // Last: its thread uses everything above.
+};
+
+void PersistenceController::Private::load() {
+    const Clock& clock = clockOf(options);
+    LoadedStore result = loadStore(location, clock.now());
+    if (result.connections) {
+        state = StoreState::Loaded;
+        store = std::make_unique<ObjectStore>(std::move(*result.connections), clock);
+        return;
+    }
+    lastLogged = result.connections.error().kind;
+    holdInMemory(result.recoveryFailed);
+}
+
+void PersistenceController::Private::holdInMemory(bool recoveryFailed) {
+    state = recoveryFailed ? StoreState::Failed : StoreState::InMemory;
+    qCWarning(lcController, "New clips are held in memory until the store can be opened");
+    auto memory = openStore({});
+    if (!memory) {
+        qFatal("No memory for a store: %s", qUtf8Printable(memory.error().text));
+    }
+    store = std::make_unique<ObjectStore>(std::move(*memory), clockOf(options));
+    retryInterval = options.retryInterval;
+    retryTimer.setSingleShot(true);
+    QObject::connect(&retryTimer, &QTimer::timeout, &q, [this] { tryAgain(); });
+    retryTimer.start(retryInterval);
+}
+
+void PersistenceController::Private::tryAgain() {
+    store->post([this] { openOnStoreThread(); });
+}
+
+// In line with the captures, so that none comes between the taking along and the exchange.
+void PersistenceController::Private::openOnStoreThread() {
+    LoadedStore result = loadStore(location, clockOf(options).now(), &lastLogged);
+    if (!result.connections) {
+        QMetaObject::invokeMethod(&q, [this] { stillNot(); }, Qt::QueuedConnection);
+        return;
+    }
+    const auto exchanged = store->exchange(
+        std::move(*result.connections), [this](ObjectContext& memory, ObjectContext& file) {
+            return saveLate(memory, file, historyLimit(options.defaults));
+        });
+    if (!exchanged) {
+        qCCritical(lcController, "The clips held in memory cannot be saved yet: %s",
+                   qUtf8Printable(exchanged.error().text));
+        QMetaObject::invokeMethod(&q, [this] { stillNot(); }, Qt::QueuedConnection);
+        return;
+    }
+    QMetaObject::invokeMethod(&q, [this] { loaded(); }, Qt::QueuedConnection);
+}
+
+void PersistenceController::Private::loaded() {
+    setState(StoreState::Loaded);
+}
+
+void PersistenceController::Private::stillNot() {
+    retryInterval = std::min(retryInterval * 2, kLongestRetryInterval);
+    retryTimer.start(retryInterval);
+}
+
+void PersistenceController::Private::setState(StoreState next) {
+    state = next;
+    Q_EMIT q.stateChanged();
+}
+
+PersistenceController::PersistenceController(const Options& options, QObject* parent)
+    : QObject(parent), d(std::make_unique<Private>(*this, options)) {
+    d->load();
+}
+
+PersistenceController::~PersistenceController() = default;
+
+StoreState PersistenceController::state() const {
+    return d->state;
+}
+
+QString PersistenceController::storePath() const {
+    return d->location.file;
+}
+
+ObjectContext& PersistenceController::viewContext() {
+    return d->store->viewContext();
+}
+
+void PersistenceController::perform(std::move_only_function<void(ObjectContext&)> work) {
+    d->store->perform(std::move(work));
+}
+
+void PersistenceController::waitUntilIdle() {
+    d->store->waitUntilIdle();
+}
+
+void PersistenceController::eraseTraces() {
+    d->store->post([this] {
+        if (!d->location.file.isEmpty() && !removeStoresSetAside(d->location.file)) {
+            qCCritical(lcController, "A store that was set aside cannot be removed");
+        }
+        if (auto done = d->store->compact(); !done) {
+            qCCritical(lcController, "Cannot give the store's free space back: %s",
+                       qUtf8Printable(done.error().text));
+        }
+    });
+}
+
+}  // namespace quillo

@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "base/clock.h"
+#include "model/store/object_context.h"
+
+namespace quillo {
+
+class SqliteDatabase;
+struct StoreQuery;
+
+struct AttributeValue {
+    int attribute = 0;
+    Value value;
+};
+
+/// Writes records into the open transaction of a connection, with their lines in the change log
+/// and their tombstones, and gathers the change set. The log holds names, never contents.
+class RecordWriter final {
+public:
+    RecordWriter(SqliteDatabase& database, Timestamp now);
+
+    [[nodiscard]] Result<void> insert(const ObjectId& id, const QList<AttributeValue>& values);
+    /// False when the record is gone: nothing is written then.
+    [[nodiscard]] Result<bool> update(const ObjectId& id, const QList<AttributeValue>& values);
+    [[nodiscard]] Result<void> remove(const ObjectId& id);
+    /// Deletes the records whose keys the query gives.
+    [[nodiscard]] Result<void> removeAll(Entity entity, const StoreQuery& keys);
+    /// Nothing happens when one of the two is gone or the relation is as wanted.
+    [[nodiscard]] Result<void> setRelated(const ObjectId& clip, Relationship relationship,
+                                          const ObjectId& other, bool isRelated);
+    /// Cuts the log and the tombstones once in a while; call last in the transaction.
+    [[nodiscard]] Result<void> prune();
+
+    [[nodiscard]] const ChangeSet& changes() const { return m_changes; }
+    /// Whether text or bytes that the store held before are no longer in it.
+    [[nodiscard]] bool discardedContent() const { return m_discardedContent; }
+
+private:
+    enum class Change { Inserted, Updated, Deleted };
+
+    Result<void> run(const QByteArray& sql, const QList<Value>& bindings);
+    Result<void> log(const ObjectId& id, Change change, const QByteArray& attributes);
+    Result<qint64> updateLight(const ObjectId& id, const QList<AttributeValue>& values);
+    Result<void> writeHeavy(const ObjectId& id, const QList<AttributeValue>& values);
+    Result<qint64> gatherDoomed(Entity entity, const StoreQuery& keys);
+    Result<void> deleteDoomed(Entity entity, qint64 count);
+    Result<void> noteRelationEnds(Entity deleted);
+    Result<void> noteRelation(const ObjectId& id, const QByteArray& name);
+
+    SqliteDatabase& m_database;
+    Timestamp m_now;
+    ChangeSet m_changes;
+    qint64 m_logged = 0;
+    bool m_discardedContent = false;
+};
+
+}  // namespace quillo

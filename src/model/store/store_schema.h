@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+
+#include "base/result.h"
+#include "model/store/object_model.h"
+
+namespace quillo {
+
+class SqliteDatabase;
+
+/// The table that holds an entity's heavy attributes, apart from the rows that listings walk;
+/// empty when the entity has none.
+[[nodiscard]] QByteArray heavyTable(Entity entity);
+
+/// Positions of an entity's attributes of one weight, in the order of the declaration.
+[[nodiscard]] QList<int> attributesOf(Entity entity, AttributeLoad load);
+
+/// The statements that make an empty store from the declared model.
+[[nodiscard]] QList<QByteArray> schemaStatements();
+
+/// Whether the file holds any table at all.
+[[nodiscard]] Result<bool> hasAnyTable(SqliteDatabase& database);
+
+/// Malformed when a table or column of the model is missing. Reads no rows but one.
+[[nodiscard]] Result<void> checkSchema(SqliteDatabase& database);
+
+}  // namespace quillo
