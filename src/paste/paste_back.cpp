@@ -6,6 +6,7 @@
 
 #include <QTimer>
 #include <chrono>
+#include <utility>
 
 namespace quillo {
 namespace {
@@ -23,9 +24,9 @@ PasteBack::PasteBack(PasteBackServices services, QObject* parent)
 void PasteBack::copyToPasteboard(const Clip& clip,
                                  const std::optional<RunningApplication>& target) {
     PasteboardContents contents = contentsByKind(clip, m_services.readers);
-    const bool isTextual = contents.text || contents.rtf || contents.html;
-    if (target && isTextual && keysFor(*target) == PasteKeys::ShiftInsert) {
-        m_services.pasteboard.writePrimary(transformableText(clip).value_or(QString()));
+    if (target && keysFor(*target) == PasteKeys::ShiftInsert) {
+        // A picture has no text, but its keystroke must not paste what was there before.
+        m_services.pasteboard.writePrimary(contents);
     }
     m_services.pasteboard.write(std::move(contents));
 }
@@ -60,39 +61,27 @@ void PasteBack::pasteAndTouch(const QUuid& clip, const std::optional<RunningAppl
     QTimer::singleShot(kPasteDelay, Qt::PreciseTimer, this, [this, request] {
         delayIsOver(request);
     });
-    m_services.workspace.whenFocused(
-        *target, kFocusDeadline, [this, request](bool hasFocus) { focusIsKnown(request, hasFocus); });
+}
+
+// The focus is asked for only now: it may have come back at once and been taken away again.
+void PasteBack::delayIsOver(quint64 request) {
+    if (request == m_request && m_pending) {
+        m_services.workspace.whenFocused(
+            m_pending->target, kFocusDeadline - kPasteDelay,
+            [this, request](bool hasFocus) { focusIsKnown(request, hasFocus); });
+    }
 }
 
 void PasteBack::focusIsKnown(quint64 request, bool hasFocus) {
     if (request != m_request || !m_pending) {
         return;
     }
+    const Pending ready = *std::exchange(m_pending, std::nullopt);
     if (hasFocus) {
-        m_pending->hasFocus = true;
-        postWhenReady();
-        return;
+        postKeys(ready.target);
+    } else {
+        withhold("the program did not get the focus back");
     }
-    const QUuid clip = m_pending->clip;
-    m_pending.reset();
-    withhold("the program did not get the focus back");
-    touch(clip);
-}
-
-void PasteBack::delayIsOver(quint64 request) {
-    if (request == m_request && m_pending) {
-        m_pending->delayIsOver = true;
-        postWhenReady();
-    }
-}
-
-void PasteBack::postWhenReady() {
-    if (!m_pending->delayIsOver || !m_pending->hasFocus) {
-        return;
-    }
-    const Pending ready = *m_pending;
-    m_pending.reset();
-    postKeys(ready.target);
     touch(ready.clip);
 }
 

@@ -64,9 +64,8 @@ Q_SIGNALS:
     void pasteWithheld();
 
 private:
-    void focusIsKnown(quint64 request, bool hasFocus);
     void delayIsOver(quint64 request);
-    void postWhenReady();
+    void focusIsKnown(quint64 request, bool hasFocus);
     void withhold(const char* reason);
     void postKeys(const RunningApplication& target);
     void touch(const QUuid& clip);
@@ -75,8 +74,6 @@ private:
     struct Pending {
         QUuid clip;
         RunningApplication target;
-        bool delayIsOver = false;
-        bool hasFocus = false;
     };
 
     PasteBackServices m_services;

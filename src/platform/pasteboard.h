@@ -81,8 +81,9 @@ public:
     /// Replaces the contents. The bytes are produced when another program asks for them.
     virtual void write(PasteboardContents contents) = 0;
 
-    /// Offers a text as PRIMARY, for terminals whose paste key reads that one.
-    virtual void writePrimary(QString text) = 0;
+    /// Offers the text of the contents as PRIMARY, for terminals whose paste key reads that one:
+    /// the same text that write() offers. Contents without one leave nothing there to paste.
+    virtual void writePrimary(PasteboardContents contents) = 0;
 
     /// Ends every running read at once; what it had not got is absent.
     virtual void endReads() = 0;

@@ -199,14 +199,17 @@ void addLazy(PasteboardOffers& list, const QByteArray& target, Make make) {
     add(list, target, std::make_shared<const LazyReply>(std::move(make)));
 }
 
+constexpr const char* kUtf8Targets[] = {"UTF8_STRING", "text/plain;charset=utf-8", "text/plain"};
+constexpr const char* kStringTargets[] = {"STRING", "TEXT"};
+
 void addText(PasteboardOffers& list, const std::shared_ptr<const LazyText>& text) {
-    for (const char* type : {"UTF8_STRING", "text/plain;charset=utf-8", "text/plain"}) {
+    for (const char* type : kUtf8Targets) {
         addLazy(list, type, [text, type]() -> std::optional<RawReply> {
             const auto& value = text->get();
             return value ? std::optional(utf8Reply(type, *value)) : std::nullopt;
         });
     }
-    for (const char* type : {"STRING", "TEXT"}) {
+    for (const char* type : kStringTargets) {
         addLazy(list, type, [text]() -> std::optional<RawReply> {
             const auto& value = text->get();
             return value ? std::optional(stringReply(*value)) : std::nullopt;
@@ -409,12 +412,6 @@ bool isImageTarget(const QByteArray& target) {
                         [&](const QByteArray& shape) { return name.contains(shape); });
 }
 
-PasteboardOffers offersForText(const QString& text) {
-    PasteboardOffers list;
-    addText(list, given(text));
-    return list;
-}
-
 PasteboardOffers offersFor(const PasteboardContents& contents,
                            const PasteboardConverters& converters) {
     PasteboardOffers list = markerAlone();
@@ -443,6 +440,18 @@ PasteboardOffers offersFor(const PasteboardContents& contents,
     if (text) {
         addText(list, text);
     }
+    return list;
+}
+
+PasteboardOffers offersForTextOf(const PasteboardContents& contents,
+                                 const PasteboardConverters& converters) {
+    PasteboardOffers list = offersFor(contents, converters);
+    const auto isAmong = [](const auto& targets, const QByteArray& target) {
+        return std::find(std::begin(targets), std::end(targets), target) != std::end(targets);
+    };
+    list.removeIf([&](const PasteboardOffer& offer) {
+        return !isAmong(kUtf8Targets, offer.target) && !isAmong(kStringTargets, offer.target);
+    });
     return list;
 }
 

@@ -62,8 +62,10 @@ using PasteboardOffers = QList<PasteboardOffer>;
 [[nodiscard]] PasteboardOffers offersFor(const PasteboardContents& contents,
                                          const PasteboardConverters& converters);
 
-/// The five text targets alone, without the marker.
-[[nodiscard]] PasteboardOffers offersForText(const QString& text);
+/// The five text targets of what is offered for contents, without the marker; none where the
+/// contents have no text.
+[[nodiscard]] PasteboardOffers offersForTextOf(const PasteboardContents& contents,
+                                               const PasteboardConverters& converters);
 
 /// What is offered in place of a program that quit: the marker, then every representation byte
 /// for byte under its own target, then the names under which other programs look for the same.

@@ -11,6 +11,7 @@ import subprocess
 import sys
 import tempfile
 import time
+import unittest
 
 KINDS = {0: "text", 1: "rtf", 2: "html", 3: "image", 4: "file"}
 HERE = pathlib.Path(__file__).resolve().parent
@@ -153,7 +154,7 @@ class Desktop:
         """An xterm whose input goes to a file, line by line; returns its window and the file."""
         path = self.folder / f"{title}.out"
         path.write_text("")
-        self.start("xterm", "-T", title, "-e", "sh", "-c", f"exec cat > '{path}'")
+        self.start("xterm", "-T", title, "-e", "sh", "-c", f"stty -icanon; exec cat > '{path}'")
         window = self.window(f"^{title}$")
         self.focus(window)
         return window, path
@@ -180,11 +181,11 @@ class Quillo:
         self.data = pathlib.Path(os.environ["XDG_DATA_HOME"]) / "Quillo"
         self.config = pathlib.Path(os.environ["XDG_CONFIG_HOME"]) / "Quillo" / "settings.json"
 
-    def start(self, env=None):
+    def start(self, env=None, prefix=()):
         log = open(self.log_path, "ab")
         seen = self.log().count("applicationDidFinishLaunching completed")
         self.process = self.desktop.start(
-            self.program, stderr=log,
+            *prefix, self.program, stderr=log,
             env={"QT_LOGGING_RULES": self.log_rules, "QT_FORCE_STDERR_LOGGING": "1", **(env or {})})
         log.close()
         wait_for(
@@ -201,6 +202,30 @@ class Quillo:
 
     def log(self):
         return self.log_path.read_text(errors="replace") if self.log_path.exists() else ""
+
+    def mark(self):
+        """A place in the log, for wait_for_log()."""
+        return self.log_path.stat().st_size if self.log_path.exists() else 0
+
+    def log_since(self, mark):
+        if not self.log_path.exists():
+            return ""
+        with open(self.log_path, "rb") as log:
+            log.seek(mark)
+            return log.read().decode(errors="replace")
+
+    def wait_for_log(self, text, since, deadline=DEADLINE):
+        """Waits for one of the texts (a string or several) in the log; returns what was logged."""
+        texts = (text,) if isinstance(text, str) else text
+        def found():
+            logged = self.log_since(since)
+            return logged if any(t in logged for t in texts) else None
+        return wait_for(found, f"{texts} in the log", deadline)
+
+    def forget(self):
+        """Removes what a former run stored and its settings; the program must not be running."""
+        shutil.rmtree(self.data, ignore_errors=True)
+        shutil.rmtree(self.config.parent, ignore_errors=True)
 
     def rows(self, query="SELECT * FROM Clip ORDER BY createdAt DESC"):
         """The stored rows, newest first, as dictionaries."""
@@ -236,6 +261,59 @@ class Quillo:
 
     def wait_until_hidden(self):
         wait_for(lambda: not self.panel(), "the panel to hide")
+
+
+class ReplayOwner:
+    """The program that owns the clipboard as a recorded, or a badly behaved, program does."""
+
+    def __init__(self, desktop, *arguments):
+        output = desktop.folder / f"owner-{len(desktop.processes)}.out"
+        with open(output, "wb") as out:
+            self.process = desktop.start(
+                os.environ["QUILLO_REPLAY_OWNER"], *map(str, arguments), stdout=out)
+        self.output = output
+        self.wait_until("ready")
+
+    def wait_until(self, word):
+        wait_for(lambda: word in self.output.read_text().split(), f"the owner to say {word}")
+
+    def signal(self, number):
+        self.process.send_signal(number)
+
+
+class QuilloTest(unittest.TestCase):
+    """A class of tests on one desktop with one Quillo, whose store is empty at first."""
+
+    SETTINGS = None
+
+    @classmethod
+    def setUpClass(cls):
+        cls.desktop = Desktop()
+        cls.addClassCleanup(cls.desktop.__exit__)
+        cls.quillo = Quillo(cls.desktop, os.environ["QUILLO_PROGRAM"])
+        cls.quillo.forget()
+        if cls.SETTINGS is not None:
+            cls.quillo.config.parent.mkdir(parents=True)
+            cls.quillo.config.write_text(cls.SETTINGS)
+        cls.quillo.start()
+
+    def newest(self):
+        rows = self.quillo.rows()
+        return rows[0] if rows else None
+
+    def copy(self, data, target=None):
+        """Copies with a real program and waits until that is the newest clip; returns its row."""
+        before = self.newest()
+        mark = self.quillo.mark()
+        self.desktop.copy(data, target)
+        self.quillo.wait_for_log(("Saved new", "bumped to front"), mark)
+        return wait_for(lambda: (now := self.newest()) != before and now, "the newest clip")
+
+    def assert_new_log(self, text, since):
+        try:
+            self.quillo.wait_for_log(text, since)
+        except Failure as failure:
+            self.fail(f"{failure}:\n{self.quillo.log_since(since)}")
 
 
 def main_guard(main):

@@ -25,7 +25,7 @@ def main(title, path):
     terminal = Vte.Terminal()
     terminal.connect("key-press-event", key_pressed)
     terminal.spawn_async(
-        Vte.PtyFlags.DEFAULT, None, ["/bin/sh", "-c", f"exec cat > '{path}'"], [],
+        Vte.PtyFlags.DEFAULT, None, ["/bin/sh", "-c", f"stty -icanon; exec cat > '{path}'"], [],
         GLib.SpawnFlags.DEFAULT, None, None, -1, None, None)
     window.add(terminal)
     window.connect("destroy", Gtk.main_quit)

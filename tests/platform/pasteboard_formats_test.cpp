@@ -124,10 +124,10 @@ TEST(PasteboardFormats, GivesFilesAndStringsAsOtherProgramsExpectThem) {
     const auto file = offersFor({.fileUrl = QUrl(u"file:///tmp/%C3%BC"_s)}, converters.both());
     EXPECT_EQ(replyOf(file, "text/uri-list")->bytes, "file:///tmp/%C3%BC\r\n");
     EXPECT_EQ(replyOf(file, "x-special/gnome-copied-files")->bytes, "copy\nfile:///tmp/%C3%BC");
-    const auto latin = offersForText(u"ü"_s);
+    const auto latin = offersFor({.text = u"ü"_s}, converters.both());
     EXPECT_EQ(replyOf(latin, "STRING")->type, "STRING");
     EXPECT_EQ(replyOf(latin, "STRING")->bytes, "\xfc");
-    const auto other = offersForText(u"日"_s);
+    const auto other = offersFor({.text = u"日"_s}, converters.both());
     EXPECT_EQ(replyOf(other, "STRING")->type, "UTF8_STRING");
     EXPECT_EQ(replyOf(other, "TEXT")->bytes, "\xe6\x97\xa5");
 }

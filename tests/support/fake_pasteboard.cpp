@@ -162,9 +162,11 @@ void FakePasteboard::write(PasteboardContents contents) {
     replace(offersFor(contents, m_converters));
 }
 
-void FakePasteboard::writePrimary(QString text) {
+void FakePasteboard::writePrimary(PasteboardContents contents) {
+    const PasteboardOffers offers = offersForTextOf(contents, m_converters);
+    const auto reply = offers.isEmpty() ? std::nullopt : offers.constFirst().reply->get();
     const std::scoped_lock lock(m_state->mutex);
-    m_state->primary = std::move(text);
+    m_state->primary = reply ? std::optional(QString::fromUtf8(reply->bytes)) : std::nullopt;
 }
 
 void FakePasteboard::endReads() {

@@ -80,7 +80,9 @@ void SelectionServer::requested(const xcb_selection_request_event_t& event) {
     // The request's time is not held against the start of our ownership: a program whose clock
     // runs behind would find nothing to paste.
     const Holding* const from = holding(event.selection);
-    if (from == nullptr || !from->offers) {
+    if (from == nullptr || !from->offers || event.requestor == m_context.window) {
+        // A read of ours can be on its way to the last owner when the selection becomes ours. A
+        // transfer to our own window would change what that window hears.
         notify(event, false);
         return;
     }

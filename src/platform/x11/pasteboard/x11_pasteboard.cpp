@@ -137,9 +137,10 @@ void X11Pasteboard::write(PasteboardContents contents) {
         });
 }
 
-void X11Pasteboard::writePrimary(QString text) {
+void X11Pasteboard::writePrimary(PasteboardContents contents) {
+    PasteboardOffers offers = offersForTextOf(contents, m_converters);
     [[maybe_unused]] const bool isPosted = m_link->queue.post(
-        [offers = offersForText(text)](PasteboardThread& thread) { thread.writePrimary(offers); });
+        [offers = std::move(offers)](PasteboardThread& thread) { thread.writePrimary(offers); });
 }
 
 void X11Pasteboard::endReads() {

@@ -41,7 +41,7 @@ public:
     [[nodiscard]] qint64 changeCount() const override;
     [[nodiscard]] std::unique_ptr<PasteboardSource> open() override;
     void write(PasteboardContents contents) override;
-    void writePrimary(QString text) override;
+    void writePrimary(PasteboardContents contents) override;
     void endReads() override;
     void settle(qint64 changeCount, std::optional<KeptContents> contents) override;
     void setListener(std::function<void(PasteboardChange)> listener) override;
