@@ -60,7 +60,7 @@ def main(root):
     for path in files:
         name = path.relative_to(source_root).as_posix()
         for target in INCLUDE.findall(path.read_text(encoding="utf-8")):
-            if target.endswith(".moc") or (path.parent / target).exists():
+            if target.endswith(".moc"):
                 continue
             wrong = fault(name, target)
             if wrong:

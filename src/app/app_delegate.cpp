@@ -55,20 +55,20 @@ void AppDelegate::startCapture() {
 }
 
 void AppDelegate::startOverlay() {
-    m_pasteBack = std::make_unique<PasteBack>(PasteBackServices{
-        *m_services.pasteboard, *m_services.workspace, *m_services.keyEvents, *m_services.hotKeys,
-        *m_persistence, *m_defaults, ContentReaders{*m_services.richText, *m_services.images},
-        m_clock});
-    m_hotkeyManager = std::make_unique<HotkeyManager>(*m_services.hotKeys, *m_defaults,
-                                                      makeOverlayController());
+    m_pasteBack = std::make_unique<PasteBack>(
+        PasteBackServices{*m_services.pasteboard, *m_services.workspace, *m_services.keyEvents,
+                          *m_services.hotKeys, *m_persistence, *m_defaults,
+                          ContentReaders{*m_services.richText, *m_services.images}, m_clock});
+    m_hotkeyManager =
+        std::make_unique<HotkeyManager>(*m_services.hotKeys, *m_defaults, makeOverlayController());
 }
 
 std::unique_ptr<OverlayPanelController> AppDelegate::makeOverlayController() {
-    return std::make_unique<OverlayPanelController>(OverlayPanelServices{
-        *m_persistence, *m_services.workspace, *m_pasteBack, *m_defaults, m_notifications,
-        *m_services.images, *m_services.panelSurface, m_clock,
-        [this] { m_pasteboardWatcher->checkSoon(); },
-        [this] { return m_services.hotKeys->lastPressTime(); }});
+    return std::make_unique<OverlayPanelController>(
+        OverlayPanelServices{*m_persistence, *m_services.workspace, *m_pasteBack, *m_defaults,
+                             m_notifications, *m_services.images, *m_services.panelSurface, m_clock,
+                             [this] { m_pasteboardWatcher->checkSoon(); },
+                             [this] { return m_services.hotKeys->lastPressTime(); }});
 }
 
 }  // namespace quillo

@@ -12,8 +12,7 @@ namespace {
 QUILLO_LOG_CATEGORY(lcMain, "main")
 
 QString lockFolder() {
-    const QString runtime =
-        QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
+    const QString runtime = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
     return runtime.isEmpty() ? QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)
                              : runtime;
 }
@@ -23,18 +22,17 @@ QString lockFolder() {
 int main(int argc, char** argv) {
     quillo::installLogHandler();
     qCInfo(lcMain, "Starting Quillo application");
-    // Before any thread: they inherit which signals are blocked.
-    const quillo::TerminationSignals signalHandler([] { QCoreApplication::quit(); });
+    quillo::TerminationSignals::block();
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") && !qEnvironmentVariableIsEmpty("DISPLAY")) {
         qputenv("QT_QPA_PLATFORM", "xcb");
     }
     QCoreApplication::setApplicationName(QStringLiteral("Quillo"));
     QApplication application(argc, argv);
+    const quillo::TerminationSignals signalHandler([] { QCoreApplication::quit(); });
     QGuiApplication::setDesktopFileName(QStringLiteral("quillo"));
     QGuiApplication::setQuitOnLastWindowClosed(false);
 
-    const quillo::Result<quillo::InstanceLock> lock =
-        quillo::InstanceLock::acquire(lockFolder());
+    const quillo::Result<quillo::InstanceLock> lock = quillo::InstanceLock::acquire(lockFolder());
     if (!lock && lock.error().kind == quillo::ErrorKind::Busy) {
         qCInfo(lcMain, "Quillo is already running");
         return 0;

@@ -8,15 +8,27 @@
 #include <csignal>
 
 namespace quillo {
+namespace {
 
-TerminationSignals::TerminationSignals(std::function<void()> handler, QObject* parent)
-    : QObject(parent) {
+sigset_t terminationSignals() {
     sigset_t signalSet;
     sigemptyset(&signalSet);
     for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
         sigaddset(&signalSet, signal);
     }
+    return signalSet;
+}
+
+}  // namespace
+
+void TerminationSignals::block() {
+    const sigset_t signalSet = terminationSignals();
     pthread_sigmask(SIG_BLOCK, &signalSet, nullptr);
+}
+
+TerminationSignals::TerminationSignals(std::function<void()> handler, QObject* parent)
+    : QObject(parent) {
+    const sigset_t signalSet = terminationSignals();
     m_signals = UniqueFd(signalfd(-1, &signalSet, SFD_CLOEXEC | SFD_NONBLOCK));
     if (!m_signals.isValid()) {
         return;

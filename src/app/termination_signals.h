@@ -11,11 +11,15 @@ class QSocketNotifier;
 namespace quillo {
 
 /// Turns SIGTERM, SIGINT and SIGHUP into a call on the main thread, so that the program ends in
-/// order. Make it before any other thread: threads inherit the blocked signals.
+/// order. Made when there is an application, without which Qt watches no descriptor.
 class TerminationSignals final : public QObject {
     Q_OBJECT
 
 public:
+    /// Call it before any thread starts, the application's own included: threads inherit the
+    /// blocked signals. One that comes between this and the constructor is not lost.
+    static void block();
+
     explicit TerminationSignals(std::function<void()> handler, QObject* parent = nullptr);
 
 private:

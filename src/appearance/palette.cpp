@@ -25,16 +25,22 @@ int mixed(int base, int over, double share) {
 }  // namespace
 
 const Palette& paletteFor(ColorScheme scheme) {
-    static const Palette kLight{
-        .panelBackground = QColor(0xf0, 0xf0, 0xf2), .panelBorder = QColor(0, 0, 0, 28),
-        .field = QColor(0xe1, 0xe1, 0xe3),           .primaryText = QColor(0x1c, 0x1c, 0x1e),
-        .secondaryText = QColor(0x4a, 0x4a, 0x52),   .cardBase = QColor(0xff, 0xff, 0xff),
-        .cardBorder = QColor(0, 0, 0, 26),           .accent = QColor(0x2d, 0x6f, 0xe8)};
-    static const Palette kDark{
-        .panelBackground = QColor(0x2c, 0x2c, 0x2e), .panelBorder = QColor(255, 255, 255, 30),
-        .field = QColor(0x3c, 0x3c, 0x3e),           .primaryText = QColor(0xf5, 0xf5, 0xf7),
-        .secondaryText = QColor(0xc2, 0xc2, 0xca),   .cardBase = QColor(0x37, 0x37, 0x3a),
-        .cardBorder = QColor(255, 255, 255, 30),     .accent = QColor(0x2d, 0x6f, 0xe8)};
+    static const Palette kLight{.panelBackground = QColor(0xf0, 0xf0, 0xf2),
+                                .panelBorder = QColor(0, 0, 0, 28),
+                                .field = QColor(0xe1, 0xe1, 0xe3),
+                                .primaryText = QColor(0x1c, 0x1c, 0x1e),
+                                .secondaryText = QColor(0x4a, 0x4a, 0x52),
+                                .cardBase = QColor(0xff, 0xff, 0xff),
+                                .cardBorder = QColor(0, 0, 0, 26),
+                                .accent = QColor(0x2d, 0x6f, 0xe8)};
+    static const Palette kDark{.panelBackground = QColor(0x2c, 0x2c, 0x2e),
+                               .panelBorder = QColor(255, 255, 255, 30),
+                               .field = QColor(0x3c, 0x3c, 0x3e),
+                               .primaryText = QColor(0xf5, 0xf5, 0xf7),
+                               .secondaryText = QColor(0xc2, 0xc2, 0xca),
+                               .cardBase = QColor(0x37, 0x37, 0x3a),
+                               .cardBorder = QColor(255, 255, 255, 30),
+                               .accent = QColor(0x2d, 0x6f, 0xe8)};
     return scheme == ColorScheme::Dark ? kDark : kLight;
 }
 

@@ -11,10 +11,10 @@ enum class ColorScheme { Light, Dark };
 struct Palette {
     QColor panelBackground;
     QColor panelBorder;
-    QColor field;          ///< Search field, chips, index badges.
+    QColor field;  ///< Search field, chips, index badges.
     QColor primaryText;
     QColor secondaryText;
-    QColor cardBase;       ///< Beneath a card's tint.
+    QColor cardBase;  ///< Beneath a card's tint.
     QColor cardBorder;
     QColor accent;
 

@@ -8,7 +8,9 @@
 #include <cmath>
 
 // A resource in a static library is linked only when somebody asks for it.
-static void initializeSymbols() { Q_INIT_RESOURCE(symbols); }
+static void initializeSymbols() {
+    Q_INIT_RESOURCE(symbols);
+}
 
 namespace quillo {
 namespace {

@@ -137,11 +137,9 @@ bool ClipSaver::saveTextClip(QString text, std::optional<QString> source) {
 
 void ClipSaver::store(const Kind& kind, std::optional<QString> source,
                       std::move_only_function<Content()> makeContent) {
-    m_services.persistence.perform([this, kind, source = std::move(source),
-                                    makeContent = std::move(makeContent)](
-                                       ObjectContext& context) mutable {
-        storeNow(context, kind, source, makeContent());
-    });
+    m_services.persistence.perform(
+        [this, kind, source = std::move(source), makeContent = std::move(makeContent)](
+            ObjectContext& context) mutable { storeNow(context, kind, source, makeContent()); });
 }
 
 void ClipSaver::storeNow(ObjectContext& context, const Kind& kind,
@@ -164,8 +162,7 @@ void ClipSaver::storeNow(ObjectContext& context, const Kind& kind,
 
 void ClipSaver::followUp(ObjectContext& context, const Kind& kind) {
     qCInfo(lcWatcher, "Saved new %s clip to Core Data", kind.word);
-    const qint64 limit =
-        m_services.defaults.integer(QStringLiteral("maxHistoryItems")).value_or(0);
+    const qint64 limit = m_services.defaults.integer(QStringLiteral("maxHistoryItems")).value_or(0);
     // A failure is logged where it happens; the new clip stays stored.
     (void)enforceHistoryLimit(context, limit);
     QMetaObject::invokeMethod(

@@ -23,8 +23,7 @@ inline constexpr double kStoredJpegQuality = 0.85;
                                                       int maxSide);
 
 /// The same as JPEG; quality is 0 to 1.
-[[nodiscard]] std::optional<QByteArray> downscaledJpeg(const ImageCodec& codec,
-                                                       const QImage& image, int maxSide,
-                                                       double quality);
+[[nodiscard]] std::optional<QByteArray> downscaledJpeg(const ImageCodec& codec, const QImage& image,
+                                                       int maxSide, double quality);
 
 }  // namespace quillo

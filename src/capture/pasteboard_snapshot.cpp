@@ -18,9 +18,9 @@ QUILLO_LOG_CATEGORY(lcWatcher, "PasteboardWatcher")
 constexpr qint64 kLargestImageFile = 256LL * 1024 * 1024;
 
 bool isStoredAsItIs(const QString& lowerExtension) {
-    static const QStringList kExtensions = {
-        QStringLiteral("jpg"),  QStringLiteral("jpeg"), QStringLiteral("webp"),
-        QStringLiteral("heic"), QStringLiteral("heif"), QStringLiteral("gif")};
+    static const QStringList kExtensions = {QStringLiteral("jpg"),  QStringLiteral("jpeg"),
+                                            QStringLiteral("webp"), QStringLiteral("heic"),
+                                            QStringLiteral("heif"), QStringLiteral("gif")};
     return kExtensions.contains(lowerExtension);
 }
 

@@ -10,7 +10,9 @@ QUILLO_LOG_CATEGORY(lcWatcher, "PasteboardWatcher")
 
 constexpr std::chrono::milliseconds kTickPeriod{150};
 
-long long sizeOf(const std::optional<QByteArray>& bytes) { return bytes ? bytes->size() : 0; }
+long long sizeOf(const std::optional<QByteArray>& bytes) {
+    return bytes ? bytes->size() : 0;
+}
 
 void logSnapshot(const PasteboardSnapshot& snapshot) {
     qCDebug(lcWatcher,

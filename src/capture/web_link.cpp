@@ -6,7 +6,9 @@
 namespace quillo {
 namespace {
 
-bool cannotStandInUrl(QChar c) { return c.isSpace() || c.category() == QChar::Other_Control; }
+bool cannotStandInUrl(QChar c) {
+    return c.isSpace() || c.category() == QChar::Other_Control;
+}
 
 }  // namespace
 

@@ -31,7 +31,9 @@ std::optional<QString> HotkeyManager::updateHotkey(const HotkeyConfig& config) {
     return conflict;
 }
 
-void HotkeyManager::resetToDefault() { apply(HotkeyConfig{}); }
+void HotkeyManager::resetToDefault() {
+    apply(HotkeyConfig{});
+}
 
 void HotkeyManager::apply(const HotkeyConfig& config) {
     m_registration.reset();
@@ -48,8 +50,7 @@ void HotkeyManager::registerShortcut(const HotkeyConfig& config) {
         m_registration = std::move(*registration);
     } else {
         qCWarning(lcHotkey, "The shortcut %s could not be registered: %s",
-                  qUtf8Printable(displayString(config)),
-                  qUtf8Printable(registration.error().text));
+                  qUtf8Printable(displayString(config)), qUtf8Printable(registration.error().text));
     }
     Q_EMIT isEnabledChanged(isEnabled());
 }

@@ -48,7 +48,9 @@ void ClipStrip::setScheme(ColorScheme scheme) {
     update();
 }
 
-StripLayout ClipStrip::layout() const { return {int(m_clips.cards().size()), width()}; }
+StripLayout ClipStrip::layout() const {
+    return {int(m_clips.cards().size()), width()};
+}
 
 void ClipStrip::selectCard(int index) {
     m_selectedIndex = index;

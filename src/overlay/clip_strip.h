@@ -61,8 +61,8 @@ private:
     int m_scroll = 0;
     int m_selectedIndex = 0;
     int m_pressedIndex = -1;
-    QUuid m_firstClip;         ///< Of the last painting, to see a new card come in.
-    int m_slide = 0;           ///< How far the row still stands to the left of its place.
+    QUuid m_firstClip;  ///< Of the last painting, to see a new card come in.
+    int m_slide = 0;    ///< How far the row still stands to the left of its place.
     QVariantAnimation m_slideAnimation;
 };
 

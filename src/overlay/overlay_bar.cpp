@@ -88,8 +88,8 @@ void OverlayBar::updateIcons() {
     const QColor color = paletteFor(m_scheme).secondaryText;
     const QString lock = m_isLocked ? QStringLiteral("pin.fill") : QStringLiteral("pin.slash");
     m_lock->setIcon(symbolPixmap(lock, kSymbolSize, color, devicePixelRatioF()));
-    m_close->setIcon(symbolPixmap(QStringLiteral("xmark.circle.fill"), kSymbolSize, color,
-                                  devicePixelRatioF()));
+    m_close->setIcon(
+        symbolPixmap(QStringLiteral("xmark.circle.fill"), kSymbolSize, color, devicePixelRatioF()));
 }
 
 }  // namespace quillo

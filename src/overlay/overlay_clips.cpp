@@ -19,7 +19,8 @@ FetchRequest newestFirst() {
 
 bool concernsClips(const ChangeSet& changes) {
     const auto isClip = [](const ObjectId& id) { return id.entity == Entity::Clip; };
-    return changes.everything || std::any_of(changes.inserted.begin(), changes.inserted.end(), isClip) ||
+    return changes.everything ||
+           std::any_of(changes.inserted.begin(), changes.inserted.end(), isClip) ||
            std::any_of(changes.deleted.begin(), changes.deleted.end(), isClip) ||
            std::any_of(changes.updated.begin(), changes.updated.end(),
                        [&](const ChangeSet::Update& update) { return isClip(update.id); });

@@ -36,7 +36,9 @@ OverlayPanel::OverlayPanel(Corners corners)
     box->setContentsMargins(0, 0, 0, 0);
 }
 
-void OverlayPanel::setContent(QWidget* content) { layout()->addWidget(content); }
+void OverlayPanel::setContent(QWidget* content) {
+    layout()->addWidget(content);
+}
 
 void OverlayPanel::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
@@ -57,6 +59,8 @@ void OverlayPanel::mouseMoveEvent(QMouseEvent* event) {
     }
 }
 
-void OverlayPanel::mouseReleaseEvent(QMouseEvent* /*event*/) { m_isDragging = false; }
+void OverlayPanel::mouseReleaseEvent(QMouseEvent* /*event*/) {
+    m_isDragging = false;
+}
 
 }  // namespace quillo

@@ -51,8 +51,7 @@ OverlayPanelController::OverlayPanelController(OverlayPanelServices services, QO
       m_clips(m_services.persistence, m_services.workspace),
       m_thumbnails(m_services.images,
                    [this](const QUuid& id) {
-                       const auto clip =
-                           m_services.persistence.viewContext().object<Clip>(id);
+                       const auto clip = m_services.persistence.viewContext().object<Clip>(id);
                        return clip ? clip->imageData().value_or(QByteArray()) : QByteArray();
                    }),
       m_panelPosition(panelPositionFromText(
@@ -153,8 +152,9 @@ void OverlayPanelController::hide() {
     m_panel->hide();
     if (m_previousApp) {
         qCDebug(lcPanel, "Reactivating: %s",
-                m_previousApp->localizedName.isEmpty() ? "unknown"
-                                                       : qUtf8Printable(m_previousApp->localizedName));
+                m_previousApp->localizedName.isEmpty()
+                    ? "unknown"
+                    : qUtf8Printable(m_previousApp->localizedName));
         m_services.workspace.activate(*m_previousApp);
     }
     // Reset now, so that the next first frame never shows where this one ended.
@@ -185,9 +185,8 @@ void OverlayPanelController::fitPanel() {
 void OverlayPanelController::applyFrame(const QScreen& screen, int width) {
     const std::optional<QPoint> custom =
         m_customOrigin ? std::optional(m_customOrigin->toPoint()) : std::nullopt;
-    const QPoint origin =
-        originForPanel(m_panelPosition, custom,
-                       ScreenArea{screen.geometry(), screen.availableGeometry()}, width);
+    const QPoint origin = originForPanel(
+        m_panelPosition, custom, ScreenArea{screen.geometry(), screen.availableGeometry()}, width);
     const QRect frame =
         nearestVisibleFrame(QRect(origin, QSize(width, kPanelHeight)), screenFrames());
     if (m_panel->geometry() != frame) {
@@ -245,7 +244,9 @@ void OverlayPanelController::setPanelPosition(PanelPosition position) {
     }
 }
 
-void OverlayPanelController::resetToDefaultPosition() { setPanelPosition(m_panelPosition); }
+void OverlayPanelController::resetToDefaultPosition() {
+    setPanelPosition(m_panelPosition);
+}
 
 void OverlayPanelController::setPositionLocked(bool isLocked) {
     m_isPositionLocked = isLocked;
@@ -310,12 +311,22 @@ bool OverlayPanelController::handleKey(const QKeyEvent& event) {
         .cardCount = int(m_clips.clips().size()),
     });
     switch (action.kind) {
-        case PanelKeyAction::Kind::LetThrough: return false;
-        case PanelKeyAction::Kind::Consume: break;
-        case PanelKeyAction::Kind::Hide: hide(); break;
-        case PanelKeyAction::Kind::Select: selectItem(action.index); break;
-        case PanelKeyAction::Kind::Choose: chooseClip(action.index, m_clips.clips()); break;
-        default: editText(action.kind); break;
+        case PanelKeyAction::Kind::LetThrough:
+            return false;
+        case PanelKeyAction::Kind::Consume:
+            break;
+        case PanelKeyAction::Kind::Hide:
+            hide();
+            break;
+        case PanelKeyAction::Kind::Select:
+            selectItem(action.index);
+            break;
+        case PanelKeyAction::Kind::Choose:
+            chooseClip(action.index, m_clips.clips());
+            break;
+        default:
+            editText(action.kind);
+            break;
     }
     return true;
 }
@@ -323,12 +334,23 @@ bool OverlayPanelController::handleKey(const QKeyEvent& event) {
 void OverlayPanelController::editText(PanelKeyAction::Kind kind) {
     const char* slot = nullptr;
     switch (kind) {
-        case PanelKeyAction::Kind::SelectAllText: slot = "selectAll"; break;
-        case PanelKeyAction::Kind::CopyText: slot = "copy"; break;
-        case PanelKeyAction::Kind::PasteText: slot = "paste"; break;
-        case PanelKeyAction::Kind::CutText: slot = "cut"; break;
-        case PanelKeyAction::Kind::UndoText: slot = "undo"; break;
-        default: return;
+        case PanelKeyAction::Kind::SelectAllText:
+            slot = "selectAll";
+            break;
+        case PanelKeyAction::Kind::CopyText:
+            slot = "copy";
+            break;
+        case PanelKeyAction::Kind::PasteText:
+            slot = "paste";
+            break;
+        case PanelKeyAction::Kind::CutText:
+            slot = "cut";
+            break;
+        case PanelKeyAction::Kind::UndoText:
+            slot = "undo";
+            break;
+        default:
+            return;
     }
     QMetaObject::invokeMethod(m_panel->focusWidget(), slot);
 }

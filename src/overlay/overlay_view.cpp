@@ -16,16 +16,14 @@ constexpr int kGapBetweenHints = 18;
 constexpr int kGapWithinHint = 4;
 
 using Hint = std::pair<const char*, const char*>;
-constexpr std::array<Hint, 3> kHints = {
-    Hint{"arrows", "Navigate"}, Hint{"return", "Paste"}, Hint{"esc", "Close"}};
+constexpr std::array<Hint, 3> kHints = {Hint{"arrows", "Navigate"}, Hint{"return", "Paste"},
+                                        Hint{"esc", "Close"}};
 
 }  // namespace
 
-OverlayView::OverlayView(const OverlayClips& clips, ImageThumbnails& thumbnails,
-                         const Clock& clock, QWidget* parent)
-    : QWidget(parent),
-      m_bar(new OverlayBar),
-      m_strip(new ClipStrip(clips, thumbnails, clock)) {
+OverlayView::OverlayView(const OverlayClips& clips, ImageThumbnails& thumbnails, const Clock& clock,
+                         QWidget* parent)
+    : QWidget(parent), m_bar(new OverlayBar), m_strip(new ClipStrip(clips, thumbnails, clock)) {
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, kHintsHeight);
     column->setSpacing(0);
@@ -36,7 +34,9 @@ OverlayView::OverlayView(const OverlayClips& clips, ImageThumbnails& thumbnails,
     m_bar->setTotal(clips.total());
 }
 
-void OverlayView::reset() { m_strip->reset(); }
+void OverlayView::reset() {
+    m_strip->reset();
+}
 
 void OverlayView::setScheme(ColorScheme scheme) {
     m_scheme = scheme;

@@ -29,9 +29,12 @@ PanelPosition panelPositionFromText(const QString& text) {
 
 QString panelPositionText(PanelPosition position) {
     switch (position) {
-        case PanelPosition::Top: return QStringLiteral("top");
-        case PanelPosition::Center: return QStringLiteral("center");
-        case PanelPosition::Bottom: break;
+        case PanelPosition::Top:
+            return QStringLiteral("top");
+        case PanelPosition::Center:
+            return QStringLiteral("center");
+        case PanelPosition::Bottom:
+            break;
     }
     return QStringLiteral("bottom");
 }

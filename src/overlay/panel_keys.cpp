@@ -10,7 +10,9 @@ using Kind = PanelKeyAction::Kind;
 constexpr quint32 kDigitRowFirst = 10;
 constexpr quint32 kDigitRowLast = 18;
 
-bool isReturn(int key) { return key == Qt::Key_Return || key == Qt::Key_Enter; }
+bool isReturn(int key) {
+    return key == Qt::Key_Return || key == Qt::Key_Enter;
+}
 
 // 0 when the press is no digit from 1 to 9.
 int digitOf(const PanelKeyPress& press) {
@@ -18,8 +20,7 @@ int digitOf(const PanelKeyPress& press) {
     if (character.isDigit()) {
         return character.digitValue();
     }
-    const bool isOnDigitRow =
-        press.scanCode >= kDigitRowFirst && press.scanCode <= kDigitRowLast;
+    const bool isOnDigitRow = press.scanCode >= kDigitRowFirst && press.scanCode <= kDigitRowLast;
     const bool isPlain = (press.modifiers & (Qt::ShiftModifier | Qt::AltModifier |
                                              Qt::MetaModifier | Qt::GroupSwitchModifier)) == 0;
     return isOnDigitRow && isPlain ? int(press.scanCode - kDigitRowFirst) + 1 : 0;
@@ -27,12 +28,18 @@ int digitOf(const PanelKeyPress& press) {
 
 PanelKeyAction editingAction(int key) {
     switch (key) {
-        case Qt::Key_A: return {Kind::SelectAllText};
-        case Qt::Key_C: return {Kind::CopyText};
-        case Qt::Key_V: return {Kind::PasteText};
-        case Qt::Key_X: return {Kind::CutText};
-        case Qt::Key_Z: return {Kind::UndoText};
-        default: return {Kind::LetThrough};
+        case Qt::Key_A:
+            return {Kind::SelectAllText};
+        case Qt::Key_C:
+            return {Kind::CopyText};
+        case Qt::Key_V:
+            return {Kind::PasteText};
+        case Qt::Key_X:
+            return {Kind::CutText};
+        case Qt::Key_Z:
+            return {Kind::UndoText};
+        default:
+            return {Kind::LetThrough};
     }
 }
 

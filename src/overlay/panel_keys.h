@@ -8,11 +8,11 @@ namespace quillo {
 
 /// A key press in the panel and the state it meets.
 struct PanelKeyPress {
-    int key = 0;                 ///< Qt::Key.
+    int key = 0;  ///< Qt::Key.
     Qt::KeyboardModifiers modifiers;
-    QString text;                ///< What the layout makes of it.
-    quint32 scanCode = 0;        ///< The X11 key code, by position; 0 when unknown.
-    bool textHasFocus = false;   ///< A text input has the focus.
+    QString text;               ///< What the layout makes of it.
+    quint32 scanCode = 0;       ///< The X11 key code, by position; 0 when unknown.
+    bool textHasFocus = false;  ///< A text input has the focus.
     int selectedIndex = 0;
     int cardCount = 0;
 };
@@ -23,8 +23,8 @@ struct PanelKeyAction {
         LetThrough,  ///< Whoever has the focus gets it.
         Consume,     ///< Nothing happens.
         Hide,
-        Select,      ///< The card at index.
-        Choose,      ///< The card at index.
+        Select,  ///< The card at index.
+        Choose,  ///< The card at index.
         SelectAllText,
         CopyText,
         PasteText,

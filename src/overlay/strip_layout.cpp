@@ -18,9 +18,13 @@ int StripLayout::contentWidth() const {
     return cardCount == 0 ? 0 : cardCount * kStep + 2 * kSidePadding - kSpacing;
 }
 
-int StripLayout::maxScroll() const { return std::max(0, contentWidth() - viewportWidth); }
+int StripLayout::maxScroll() const {
+    return std::max(0, contentWidth() - viewportWidth);
+}
 
-int StripLayout::clampedScroll(int scroll) const { return std::clamp(scroll, 0, maxScroll()); }
+int StripLayout::clampedScroll(int scroll) const {
+    return std::clamp(scroll, 0, maxScroll());
+}
 
 int StripLayout::scrollToCenter(int index) const {
     return clampedScroll(cardRect(index).x() + kCardWidth / 2 - viewportWidth / 2);

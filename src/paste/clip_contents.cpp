@@ -14,7 +14,9 @@ bool isRtf(const RichTextReader& reader, const QByteArray& document) {
     return reader.readRtf(document.left(kRtfProbeBytes)).has_value();
 }
 
-bool isHtml(const QByteArray& document) { return QUtf8StringView(document).isValidUtf8(); }
+bool isHtml(const QByteArray& document) {
+    return QUtf8StringView(document).isValidUtf8();
+}
 
 std::optional<QUrl> fileUrlOf(const Clip& clip) {
     const std::optional<QString> text = clip.urlString();

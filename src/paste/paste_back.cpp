@@ -58,9 +58,8 @@ void PasteBack::pasteAndTouch(const QUuid& clip, const std::optional<RunningAppl
         return;
     }
     m_pending = Pending{clip, *target};
-    QTimer::singleShot(kPasteDelay, Qt::PreciseTimer, this, [this, request] {
-        delayIsOver(request);
-    });
+    QTimer::singleShot(kPasteDelay, Qt::PreciseTimer, this,
+                       [this, request] { delayIsOver(request); });
 }
 
 // The focus is asked for only now: it may have come back at once and been taken away again.

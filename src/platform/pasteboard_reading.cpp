@@ -5,7 +5,7 @@
 #include <algorithm>
 
 #include "platform/file_bookmark.h"
-#include "platform/pasteboard_formats.h"
+#include "platform/pasteboard_decoding.h"
 
 using namespace Qt::StringLiterals;
 

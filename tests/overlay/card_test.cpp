@@ -21,9 +21,9 @@ TEST(Card, AgeGrowsFromNowToADate) {
         std::chrono::seconds age;
         QString text;
     } rows[] = {
-        {0s, u"now"_s},         {59s, u"now"_s},  {-1h, u"now"_s},   {60s, u"1 min"_s},
-        {3599s, u"59 min"_s},   {3600s, u"1 h"_s}, {86399s, u"23 h"_s}, {86400s, u"1 d"_s},
-        {6 * 86400s, u"6 d"_s},
+        {0s, u"now"_s},      {59s, u"now"_s},      {-1h, u"now"_s},
+        {60s, u"1 min"_s},   {3599s, u"59 min"_s}, {3600s, u"1 h"_s},
+        {86399s, u"23 h"_s}, {86400s, u"1 d"_s},   {6 * 86400s, u"6 d"_s},
     };
     for (const auto& row : rows) {
         EXPECT_EQ(ageText(now - row.age, now), row.text) << row.age.count();
@@ -55,10 +55,9 @@ TEST(Card, TextIsReadableOnEveryKindsGround) {
 }
 
 TEST(Card, EverySymbolThatACardNamesIsThere) {
-    for (const QString& name :
-         {u"doc.text"_s, u"doc.richtext"_s, u"globe"_s, u"photo"_s, u"doc"_s, u"folder"_s,
-          u"link"_s, u"paintpalette"_s, u"doc.on.clipboard"_s, u"pin.fill"_s, u"pin.slash"_s,
-          u"xmark.circle.fill"_s}) {
+    for (const QString& name : {u"doc.text"_s, u"doc.richtext"_s, u"globe"_s, u"photo"_s, u"doc"_s,
+                                u"folder"_s, u"link"_s, u"paintpalette"_s, u"doc.on.clipboard"_s,
+                                u"pin.fill"_s, u"pin.slash"_s, u"xmark.circle.fill"_s}) {
         const QImage image = symbolPixmap(name, 24, Qt::red, 2).toImage();
         ASSERT_EQ(image.size(), QSize(48, 48)) << name.toStdString();
         bool hasInk = false;
@@ -75,8 +74,9 @@ TEST(Card, EverySymbolThatACardNamesIsThere) {
 // Hostile texts must neither hang nor paint outside their card.
 TEST(Card, PaintsOnlyItsOwnRectangleWhateverItsText) {
     const QString wide = QString(5000, u'W');
-    for (const QString& body : {QString(), wide, QString(400, u'\n'), u"a\u0000b\u202e\u2029c"_s,
-                                QString(300, u'\t'), u"مرحبا\n世界 👩‍👩‍👧 e\u0301"_s}) {
+    for (const QString& body :
+         {QString(), wide, QString(400, u'\n'), u"a\u0000b\u202e\u2029c"_s, QString(300, u'\t'),
+          u"مرحبا\n世界 👩‍👩‍👧 e\u0301"_s}) {
         QImage canvas(400, 300, QImage::Format_RGB32);
         canvas.fill(Qt::magenta);
         CardContent card;

@@ -48,6 +48,8 @@ protected:
     }
 
     void store(const QString& text) {
+        // What was begun before reads the clock before it moves on.
+        m_persistence.waitUntilIdle();
         m_clock.advance(1s);
         m_persistence.perform([this, text](ObjectContext& context) {
             const std::shared_ptr<Clip> clip = Clip::create(context, m_clock.now());

@@ -33,8 +33,7 @@ TEST(PanelGeometry, PlacesThePanelByItsPosition) {
 }
 
 TEST(PanelGeometry, UnknownPositionsReadAsBottomAndTextsSurvive) {
-    for (const auto position :
-         {PanelPosition::Top, PanelPosition::Center, PanelPosition::Bottom}) {
+    for (const auto position : {PanelPosition::Top, PanelPosition::Center, PanelPosition::Bottom}) {
         EXPECT_EQ(panelPositionFromText(panelPositionText(position)), position);
     }
     for (const QString& text : {u""_s, u"Top"_s, u"left"_s}) {

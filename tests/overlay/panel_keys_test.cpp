@@ -21,9 +21,8 @@ struct Row {
 };
 
 void check(const Row& row, bool textHasFocus, int selectedIndex, int cardCount) {
-    const PanelKeyAction action =
-        panelKeyAction({row.key, row.modifiers, row.text, row.scanCode, textHasFocus,
-                        selectedIndex, cardCount});
+    const PanelKeyAction action = panelKeyAction(
+        {row.key, row.modifiers, row.text, row.scanCode, textHasFocus, selectedIndex, cardCount});
     EXPECT_EQ(action.kind, row.action.kind) << row.name;
     EXPECT_EQ(action.index, row.action.index) << row.name;
 }
@@ -40,16 +39,32 @@ TEST(PanelKeys, OnTheCards) {
         {"5", Qt::Key_5, {}, u"5"_s, 14, {Kind::Choose, 4}},
         {"a digit beyond the cards", Qt::Key_7, {}, u"7"_s, 16, {Kind::LetThrough}},
         {"0", Qt::Key_0, {}, u"0"_s, 19, {Kind::LetThrough}},
-        {"azerty: the third key of the digit row", Qt::Key_QuoteDbl, {}, u"\""_s, 12,
+        {"azerty: the third key of the digit row",
+         Qt::Key_QuoteDbl,
+         {},
+         u"\""_s,
+         12,
          {Kind::Choose, 2}},
-        {"azerty: with shift it is the digit", Qt::Key_3, Qt::ShiftModifier, u"3"_s, 12,
+        {"azerty: with shift it is the digit",
+         Qt::Key_3,
+         Qt::ShiftModifier,
+         u"3"_s,
+         12,
          {Kind::Choose, 2}},
-        {"us: shift and 3 is no digit", Qt::Key_NumberSign, Qt::ShiftModifier, u"#"_s, 12,
+        {"us: shift and 3 is no digit",
+         Qt::Key_NumberSign,
+         Qt::ShiftModifier,
+         u"#"_s,
+         12,
          {Kind::LetThrough}},
         {"an arabic digit", Qt::Key_3, {}, u"٣"_s, 12, {Kind::Choose, 2}},
         {"a letter", Qt::Key_A, {}, u"a"_s, 38, {Kind::LetThrough}},
         {"control and q", Qt::Key_Q, Qt::ControlModifier, u"\x11"_s, 24, {Kind::LetThrough}},
-        {"control and a without a field", Qt::Key_A, Qt::ControlModifier, {}, 38,
+        {"control and a without a field",
+         Qt::Key_A,
+         Qt::ControlModifier,
+         {},
+         38,
          {Kind::LetThrough}},
         {"control and escape", Qt::Key_Escape, Qt::ControlModifier, {}, 9, {Kind::Hide}},
         {"control and 3", Qt::Key_3, Qt::ControlModifier, {}, 12, {Kind::LetThrough}},
@@ -77,9 +92,17 @@ TEST(PanelKeys, InATextField) {
         {"control and v", Qt::Key_V, Qt::ControlModifier, {}, 55, {Kind::PasteText}},
         {"control and x", Qt::Key_X, Qt::ControlModifier, {}, 53, {Kind::CutText}},
         {"control and z", Qt::Key_Z, Qt::ControlModifier, {}, 52, {Kind::UndoText}},
-        {"control and shift and z is the field's own", Qt::Key_Z,
-         Qt::ControlModifier | Qt::ShiftModifier, {}, 52, {Kind::LetThrough}},
-        {"control and left is a word move", Qt::Key_Left, Qt::ControlModifier, {}, 113,
+        {"control and shift and z is the field's own",
+         Qt::Key_Z,
+         Qt::ControlModifier | Qt::ShiftModifier,
+         {},
+         52,
+         {Kind::LetThrough}},
+        {"control and left is a word move",
+         Qt::Key_Left,
+         Qt::ControlModifier,
+         {},
+         113,
          {Kind::LetThrough}},
         {"control and escape", Qt::Key_Escape, Qt::ControlModifier, {}, 9, {Kind::Hide}},
     };

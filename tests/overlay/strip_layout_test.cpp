@@ -22,9 +22,13 @@ TEST(StripLayout, SelectingCentresACardAsFarAsTheEndsAllow) {
         int index;
         int scroll;
     } rows[] = {
-        {20, 1000, 0, 0},   {20, 1000, 1, 0},       {20, 1000, 5, 5 * 292 + 16 + 140 - 500},
-        {20, 1000, 19, 20 * 292 + 20 - 1000},       {3, 1000, 2, 0},
-        {1, 100, 0, 106},   {50, 5120, 49, 50 * 292 + 20 - 5120},
+        {20, 1000, 0, 0},
+        {20, 1000, 1, 0},
+        {20, 1000, 5, 5 * 292 + 16 + 140 - 500},
+        {20, 1000, 19, 20 * 292 + 20 - 1000},
+        {3, 1000, 2, 0},
+        {1, 100, 0, 106},
+        {50, 5120, 49, 50 * 292 + 20 - 5120},
     };
     for (const auto& row : rows) {
         EXPECT_EQ((StripLayout{row.cards, row.width}.scrollToCenter(row.index)), row.scroll)
@@ -38,8 +42,8 @@ TEST(StripLayout, APointFindsItsCardAndNothingBetweenThem) {
         QPoint point;
         int index;
     } rows[] = {
-        {{16, 12}, 0},    {{295, 251}, 0}, {{296, 100}, -1}, {{307, 100}, -1}, {{308, 100}, 1},
-        {{15, 100}, -1},  {{100, 11}, -1}, {{100, 252}, -1}, {{900, 100}, -1}, {{-5000, 100}, -1},
+        {{16, 12}, 0},   {{295, 251}, 0}, {{296, 100}, -1}, {{307, 100}, -1}, {{308, 100}, 1},
+        {{15, 100}, -1}, {{100, 11}, -1}, {{100, 252}, -1}, {{900, 100}, -1}, {{-5000, 100}, -1},
     };
     for (const auto& row : rows) {
         EXPECT_EQ(layout.indexAt(row.point), row.index) << row.point.x() << "," << row.point.y();

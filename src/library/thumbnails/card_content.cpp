@@ -5,7 +5,6 @@
 #include <QLocale>
 #include <QUrl>
 
-
 namespace quillo {
 namespace {
 
@@ -59,7 +58,8 @@ QString detailOf(const Clip& clip) {
     }
     if (type == ClipType::FileUrl) {
         const QString size = clip.formattedFileSize().value_or(QString());
-        return size.isEmpty() ? clip.fileTypeLabel() : clip.fileTypeLabel() + QStringLiteral(" · ") + size;
+        return size.isEmpty() ? clip.fileTypeLabel()
+                              : clip.fileTypeLabel() + QStringLiteral(" · ") + size;
     }
     const QString host = clip.urlHost().value_or(QString());
     return host.isEmpty() ? charactersText(clip) : host;
@@ -77,8 +77,8 @@ QString bodyOf(const Clip& clip) {
 
 CardContent cardContentFor(const Clip& clip, const QString& source) {
     CardContent card;
-    card.swatch = clip.urlString().value_or(QString()).isEmpty() ? clip.detectedColor()
-                                                                 : std::nullopt;
+    card.swatch =
+        clip.urlString().value_or(QString()).isEmpty() ? clip.detectedColor() : std::nullopt;
     const CardKind kind = cardKindOf(clip, card.swatch.has_value());
     card.clip = clip.id();
     card.kindLabel = kind.label;
@@ -108,7 +108,8 @@ QString ageText(Timestamp moment, Timestamp now) {
     if (age < days(7)) {
         return QStringLiteral("%1 d").arg(duration_cast<days>(age).count());
     }
-    const qint64 milliseconds = duration_cast<std::chrono::milliseconds>(moment.time_since_epoch()).count();
+    const qint64 milliseconds =
+        duration_cast<std::chrono::milliseconds>(moment.time_since_epoch()).count();
     return QLocale().toString(QDateTime::fromMSecsSinceEpoch(milliseconds).date(),
                               QLocale::ShortFormat);
 }

@@ -16,12 +16,12 @@ struct CardContent {
     QUuid clip;
     QString kindLabel;
     QString symbol;
-    QColor color;                    ///< Of the kind: the tile, and the card's tint.
-    QString body;                    ///< Bounded: no more than a card can show.
-    std::optional<QColor> swatch;    ///< For a colour clip.
+    QColor color;                  ///< Of the kind: the tile, and the card's tint.
+    QString body;                  ///< Bounded: no more than a card can show.
+    std::optional<QColor> swatch;  ///< For a colour clip.
     std::optional<Timestamp> createdAt;
-    QString detail;                  ///< Size, host or number of characters.
-    QString source;                  ///< The program that it came from; may be empty.
+    QString detail;  ///< Size, host or number of characters.
+    QString source;  ///< The program that it came from; may be empty.
     bool hasImage = false;
     bool isPinned = false;
 };

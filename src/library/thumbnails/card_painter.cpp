@@ -22,7 +22,6 @@ QFont sized(QFont font, int pixels, QFont::Weight weight) {
     return font;
 }
 
-
 // The part of a picture that fills an area without distortion, in the picture's own pixels.
 QRectF coveringSource(const QSizeF& picture, const QSizeF& area) {
     const QSizeF part = area.scaled(picture, Qt::KeepAspectRatio);
@@ -102,9 +101,9 @@ void CardPainter::paintHeader(QPainter& painter, const QRect& area, const CardCo
     painter.setPen(Qt::NoPen);
     painter.setBrush(card.color);
     painter.drawRoundedRect(tile, 4, 4);
-    painter.drawPixmap(tile.topLeft() + QPoint(3, 3),
-                       symbolPixmap(card.symbol, 12, Qt::white,
-                                    painter.device()->devicePixelRatio()));
+    painter.drawPixmap(
+        tile.topLeft() + QPoint(3, 3),
+        symbolPixmap(card.symbol, 12, Qt::white, painter.device()->devicePixelRatio()));
     painter.setFont(m_smallFont);
     painter.setPen(m_palette.secondaryText);
     const QRect line = header.adjusted(kTileSide + 7, -1, 0, -1);
@@ -170,10 +169,9 @@ void CardPainter::paintFooter(QPainter& painter, const QRect& area, const CardCo
     const QRect line = footer.adjusted(0, 4, -kBadgeSide - 8, 0);
     QString text = card.source;
     for (const QString& part :
-         {state.imageSize.isEmpty() ? QString()
-                                    : QStringLiteral("%1x%2")
-                                          .arg(state.imageSize.width())
-                                          .arg(state.imageSize.height()),
+         {state.imageSize.isEmpty()
+              ? QString()
+              : QStringLiteral("%1x%2").arg(state.imageSize.width()).arg(state.imageSize.height()),
           card.detail}) {
         if (!part.isEmpty()) {
             text += text.isEmpty() ? part : QStringLiteral("  · ") + part;

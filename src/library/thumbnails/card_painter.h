@@ -14,10 +14,10 @@ namespace quillo {
 
 /// What varies from one painting of a card to the next.
 struct CardState {
-    int index = -1;      ///< The digit on its badge less one; none when negative.
+    int index = -1;  ///< The digit on its badge less one; none when negative.
     QString age;
-    QPixmap thumbnail;   ///< Null while it is being decoded.
-    QSize imageSize;     ///< Of the picture itself; empty while unknown.
+    QPixmap thumbnail;  ///< Null while it is being decoded.
+    QSize imageSize;    ///< Of the picture itself; empty while unknown.
 };
 
 /// Draws cards of 280 × 240 logical pixels. Holds no card; cheap to make. Main thread.

@@ -38,7 +38,9 @@ QSize ImageThumbnails::imageSize(const QUuid& clip) const {
     return entry != nullptr ? entry->imageSize : QSize();
 }
 
-void ImageThumbnails::forget(const QUuid& clip) { m_entries.remove(clip); }
+void ImageThumbnails::forget(const QUuid& clip) {
+    m_entries.remove(clip);
+}
 
 void ImageThumbnails::forgetAll() {
     ++m_generation;

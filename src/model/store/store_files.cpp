@@ -77,7 +77,7 @@ QString freshAsideFolder(const QDir& folder, Timestamp now) {
         std::chrono::floor<std::chrono::milliseconds>(now.time_since_epoch()).count();
     const QString name =
         kAsidePrefix +
-        QDateTime::fromMSecsSinceEpoch(milliseconds, Qt::UTC).toString(u"yyyyMMdd-HHmmss"_s);
+        QDateTime::fromMSecsSinceEpoch(milliseconds, Qt::UTC).toString(u"yyyyMMdd-HHmmss-zzz"_s);
     QString candidate = name;
     for (int i = 2; folder.exists(candidate); ++i) {
         candidate = name + u"-%1"_s.arg(i);
@@ -85,9 +85,11 @@ QString freshAsideFolder(const QDir& folder, Timestamp now) {
     return folder.filePath(candidate);
 }
 
-void removeOldest(const QString& file) {
+// The newest one stays even when a clock that was set back makes it look the oldest.
+void removeOldest(const QString& file, const QString& newest) {
     QStringList folders = storesSetAside(file);
-    while (folders.size() > kStoresKept) {
+    folders.removeOne(newest);
+    while (folders.size() >= kStoresKept) {
         QDir(folders.takeFirst()).removeRecursively();
     }
 }
@@ -131,7 +133,7 @@ Result<QString> setStoreAside(const QString& file, Timestamp now) {
             return systemFailure(u"Cannot move the old store"_s);
         }
     }
-    removeOldest(file);
+    removeOldest(file, aside);
     return aside;
 }
 

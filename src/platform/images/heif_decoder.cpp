@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "heif_decoder.h"
+#include "platform/images/heif_decoder.h"
 
-#include "image_bounds.h"
+#include "platform/images/image_bounds.h"
 
 #include <libheif/heif.h>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "image_type.h"
+#include "platform/images/image_type.h"
 
 #include <algorithm>
 #include <array>

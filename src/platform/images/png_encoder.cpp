@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "png_encoder.h"
+#include "platform/images/png_encoder.h"
 
 #include <zlib.h>
 
@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <cmath>
+#include <cstdlib>
 #include <cstring>
 #include <span>
 #include <thread>
@@ -83,9 +85,11 @@ bool isStandardSpace(const QColorSpace& space) {
     const QColorTransform back = standard.transformationToColorSpace(space);
     constexpr std::array<QRgb, 3> kCorners = {0xffff0000, 0xff00ff00, 0xff0000ff};
     return std::abs(space.gamma() - 2.2F) < 0.05F &&
-           std::all_of(kCorners.cbegin(), kCorners.cend(), [&](QRgb corner) {
-               return isNear(there.map(corner), corner) && isNear(back.map(corner), corner);
-           });
+           std::all_of(
+               kCorners.cbegin(), kCorners.cend(),
+               [&](QRgb corner) {
+                   return isNear(there.map(corner), corner) && isNear(back.map(corner), corner);
+               });
 }
 
 QImage inStandardGamut(const QImage& image) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "qt_image_codec.h"
+#include "platform/images/qt_image_codec.h"
 
 #include <QBuffer>
 #include <QImageReader>
@@ -12,10 +12,10 @@
 #include <memory>
 #include <mutex>
 
-#include "heif_decoder.h"
-#include "image_bounds.h"
-#include "image_type.h"
-#include "png_encoder.h"
+#include "platform/images/heif_decoder.h"
+#include "platform/images/image_bounds.h"
+#include "platform/images/image_type.h"
+#include "platform/images/png_encoder.h"
 
 namespace quillo {
 namespace {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "code_page.h"
+#include "platform/text/code_page.h"
 
 #include <algorithm>
 #include <array>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "document_reader.h"
+#include "platform/text/document_reader.h"
 
-#include "html_reader.h"
-#include "rtf_reader.h"
+#include "platform/text/html_reader.h"
+#include "platform/text/rtf_reader.h"
 
 namespace quillo {
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "html_elements.h"
+#include "platform/text/html_elements.h"
 
 #include <algorithm>
 #include <array>

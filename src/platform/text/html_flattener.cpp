@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "html_flattener.h"
+#include "platform/text/html_flattener.h"
 
 #include <QHash>
 #include <algorithm>

@@ -6,10 +6,10 @@
 #include <initializer_list>
 #include <vector>
 
-#include "html_elements.h"
-#include "html_line_writer.h"
-#include "html_style.h"
-#include "html_tokenizer.h"
+#include "platform/text/html_elements.h"
+#include "platform/text/html_line_writer.h"
+#include "platform/text/html_style.h"
+#include "platform/text/html_tokenizer.h"
 
 namespace quillo {
 

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "html_line_writer.h"
+#include "platform/text/html_line_writer.h"
 
 #include <algorithm>
 #include <utility>
 
-#include "styled_text_builder.h"
+#include "platform/text/styled_text_builder.h"
 
 namespace quillo {
 namespace {

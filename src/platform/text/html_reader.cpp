@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "html_reader.h"
+#include "platform/text/html_reader.h"
 
 #include <QTextBlock>
 #include <QTextDocument>
@@ -7,8 +7,8 @@
 #include <QUtf8StringView>
 #include <algorithm>
 
-#include "html_flattener.h"
-#include "styled_text_builder.h"
+#include "platform/text/html_flattener.h"
+#include "platform/text/styled_text_builder.h"
 
 namespace quillo {
 namespace {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "html_style.h"
+#include "platform/text/html_style.h"
 
 #include <algorithm>
 #include <array>

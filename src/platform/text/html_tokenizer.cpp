@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "html_tokenizer.h"
+#include "platform/text/html_tokenizer.h"
 
 #include <algorithm>
 #include <array>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "rtf_field.h"
+#include "platform/text/rtf_field.h"
 
 #include <QStringList>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "rtf_interpreter.h"
+#include "platform/text/rtf_interpreter.h"
 
 #include <algorithm>
 

@@ -6,11 +6,11 @@
 #include <optional>
 #include <vector>
 
-#include "code_page.h"
-#include "rtf_keywords.h"
-#include "rtf_output.h"
-#include "rtf_tables.h"
-#include "rtf_tokenizer.h"
+#include "platform/text/code_page.h"
+#include "platform/text/rtf_keywords.h"
+#include "platform/text/rtf_output.h"
+#include "platform/text/rtf_tables.h"
+#include "platform/text/rtf_tokenizer.h"
 
 namespace quillo {
 

@@ -2,8 +2,8 @@
 // What the single control words of RTF do; the flow of tokens is in rtf_interpreter.cpp.
 #include <algorithm>
 
-#include "rtf_field.h"
-#include "rtf_interpreter.h"
+#include "platform/text/rtf_field.h"
+#include "platform/text/rtf_interpreter.h"
 
 namespace quillo {
 namespace {

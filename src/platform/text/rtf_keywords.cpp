@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "rtf_keywords.h"
+#include "platform/text/rtf_keywords.h"
 
-#include "code_page.h"
+#include "platform/text/code_page.h"
 
 #include <algorithm>
 #include <array>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "rtf_output.h"
+#include "platform/text/rtf_output.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "styled_text_builder.h"
+#include "platform/text/styled_text_builder.h"
 
 namespace quillo {
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "rtf_reader.h"
+#include "platform/text/rtf_reader.h"
 
-#include "rtf_interpreter.h"
+#include "platform/text/rtf_interpreter.h"
 
 namespace quillo {
 namespace {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "rtf_tables.h"
+#include "platform/text/rtf_tables.h"
 
 #include <algorithm>
 

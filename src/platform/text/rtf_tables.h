@@ -8,7 +8,7 @@
 #include <QString>
 #include <optional>
 
-#include "code_page.h"
+#include "platform/text/code_page.h"
 
 namespace quillo {
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "rtf_tokenizer.h"
+#include "platform/text/rtf_tokenizer.h"
 
 #include <algorithm>
 

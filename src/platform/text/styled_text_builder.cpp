@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "styled_text_builder.h"
+#include "platform/text/styled_text_builder.h"
 
 #include <algorithm>
 #include <utility>
