@@ -35,8 +35,9 @@ struct StyledRun {
     friend bool operator==(const StyledRun&, const StyledRun&) = default;
 };
 
-/// A rich document reduced to what a card, a text field or a paste needs. Paragraphs end in a
-/// line feed, table cells in a tab. The runs cover the text without gaps, in order.
+/// A rich document reduced to what a card, a text field or a paste needs. Line feeds stand
+/// between paragraphs and rows, tabs between table cells. The runs cover the text without gaps, in
+/// order.
 struct StyledText {
     QString text;
     QList<StyledRun> runs;

@@ -27,7 +27,9 @@ protected:
     [[nodiscard]] QByteArray encoded(QSize size, const char* format) const {
         QImage image(size, QImage::Format_RGB32);
         image.fill(QColor(20, 120, 220));
-        return (QLatin1StringView(format) == QLatin1StringView("png") ? m_codec.encodePng(image) : m_codec.encodeJpeg(image, 0.9))
+        return (QLatin1StringView(format) == QLatin1StringView("png")
+                    ? m_codec.encodePng(image)
+                    : m_codec.encodeJpeg(image, 0.9))
             .value();
     }
 
@@ -79,7 +81,8 @@ TEST_F(Snapshot, TheFirstRepresentationPresentDecidesTheKind) {
         {"refused html and text",
          {{"text/html", std::nullopt}, {"UTF8_STRING", text}},
          CaptureKind::Text},
-        {"unknown type only", {{"application/x-own", RawReply{"application/x-own", "x"}}},
+        {"unknown type only",
+         {{"application/x-own", RawReply{"application/x-own", "x"}}},
          CaptureKind::Nothing},
     };
     for (const auto& row : rows) {
@@ -100,13 +103,19 @@ TEST_F(Snapshot, BringsImagesToTheirStoredForm) {
         {"wide png", "image/png", encoded({4000, 1000}, "png"), {1920, 480}, "image/png", false},
         {"square png", "image/png", encoded({1920, 1920}, "png"), {1920, 1920}, "image/png", false},
         {"small jpeg", "image/jpeg", smallJpeg, {800, 600}, "image/jpeg", true},
-        {"big jpeg", "image/jpeg", encoded({3000, 2000}, "jpeg"), {1920, 1280}, "image/jpeg", false},
+        {"big jpeg",
+         "image/jpeg",
+         encoded({3000, 2000}, "jpeg"),
+         {1920, 1280},
+         "image/jpeg",
+         false},
     };
     for (const auto& row : rows) {
         const PasteboardSnapshot snapshot = read({{row.target, RawReply{row.target, row.bytes}}});
         ASSERT_TRUE(snapshot.imageData) << row.name;
         EXPECT_EQ(sizeOf(snapshot.imageData), row.size) << row.name;
-        EXPECT_EQ(m_codec.mimeType(*snapshot.imageData), QLatin1StringView(row.mimeType)) << row.name;
+        EXPECT_EQ(m_codec.mimeType(*snapshot.imageData), QLatin1StringView(row.mimeType))
+            << row.name;
         if (row.isUnchanged) {
             EXPECT_EQ(*snapshot.imageData, row.bytes) << row.name;
         }
@@ -138,9 +147,9 @@ TEST_F(Snapshot, TakesTheImageFromACopiedImageFileAndNotFromOthers) {
     const PasteboardSnapshot diagram = readFile(u"diagram.png"_s, encoded({2000, 100}, "png"));
     EXPECT_EQ(sizeOf(diagram.imageData), QSize(1920, 96));
 
-    for (const auto& [name, bytes] : {std::pair{u"notes.txt"_s, QByteArray("words")},
-                                      std::pair{u"broken.png"_s, QByteArray("no picture")},
-                                      std::pair{u"Makefile"_s, jpeg}}) {
+    for (const auto& [name, bytes] :
+         {std::pair{u"notes.txt"_s, QByteArray("words")},
+          std::pair{u"broken.png"_s, QByteArray("no picture")}, std::pair{u"Makefile"_s, jpeg}}) {
         const PasteboardSnapshot file = readFile(name, bytes);
         EXPECT_FALSE(file.imageData) << name.toStdString();
         EXPECT_FALSE(file.imageFileName) << name.toStdString();

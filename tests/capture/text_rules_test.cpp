@@ -100,12 +100,19 @@ TEST(StoredSize, ScalesTheLongerSideToTheBoundAndNeverEnlarges) {
         QSize size;
         QSize stored;
     } rows[] = {
-        {{4000, 1000}, {1920, 480}},  {{1920, 1920}, {1920, 1920}}, {{3000, 2000}, {1920, 1280}},
-        {{100, 5000}, {38, 1920}},    {{1921, 1}, {1920, 1}},       {{10, 10}, {10, 10}},
-        {{60000, 1}, {1920, 1}},      {{0, 10}, {}},                {{10, -1}, {}},
+        {{4000, 1000}, {1920, 480}},
+        {{1920, 1920}, {1920, 1920}},
+        {{3000, 2000}, {1920, 1280}},
+        {{100, 5000}, {38, 1920}},
+        {{1921, 1}, {1920, 1}},
+        {{10, 10}, {10, 10}},
+        {{60000, 1}, {1920, 1}},
+        {{0, 10}, {}},
+        {{10, -1}, {}},
     };
     for (const auto& row : rows) {
-        EXPECT_EQ(storedSize(row.size, kLongestStoredSide), row.stored.isEmpty() ? QSize() : row.stored)
+        EXPECT_EQ(storedSize(row.size, kLongestStoredSide),
+                  row.stored.isEmpty() ? QSize() : row.stored)
             << row.size.width() << "x" << row.size.height();
     }
 }

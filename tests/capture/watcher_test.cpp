@@ -223,7 +223,8 @@ TEST_F(Watcher, AReadingThatANewerCopyCutShortIsNotStored) {
     m_pasteboard.stall("text/html");
     m_pasteboard.copyFrom({{"UTF8_STRING", RawReply{"UTF8_STRING", "half read"}},
                            {"text/html", RawReply{"text/html", "<b>half read</b>"}}});
-    const std::future<bool> worker = std::async(std::launch::async, [this] { return m_timer.tick(); });
+    const std::future<bool> worker =
+        std::async(std::launch::async, [this] { return m_timer.tick(); });
     ASSERT_TRUE(waitUntil([this] { return m_pasteboard.isReadStalled(); }));
     copy(u"newer"_s);
     worker.wait();
@@ -285,7 +286,8 @@ TEST_F(Watcher, AProgramThatNeverAnswersDoesNotHoldUpStopping) {
     m_watcher.start();
     m_pasteboard.stall("UTF8_STRING");
     copy(u"slow"_s);
-    const std::future<bool> worker = std::async(std::launch::async, [this] { return m_timer.tick(); });
+    const std::future<bool> worker =
+        std::async(std::launch::async, [this] { return m_timer.tick(); });
     ASSERT_TRUE(waitUntil([this] { return m_pasteboard.isReadStalled(); }));
     m_watcher.stop();
     worker.wait();

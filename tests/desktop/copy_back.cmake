@@ -7,8 +7,8 @@ function(quillo_copy_back_test name label timeout)
             "${CMAKE_SOURCE_DIR}/tests/desktop/test_copy_back.py" ${ARGN})
   set_tests_properties(${name} PROPERTIES
     LABELS ${label} TIMEOUT ${timeout} SKIP_REGULAR_EXPRESSION "OK \\(skipped"
-    ENVIRONMENT "QUILLO_PROGRAM=$<TARGET_FILE:quillo>;REPLAY_OWNER=$<TARGET_FILE:replay_owner>;\
-READ_SELECTION=$<TARGET_FILE:read_selection>;RICH_EDITOR=$<TARGET_FILE:rich_editor>")
+    ENVIRONMENT "QUILLO_PROGRAM=$<TARGET_FILE:quillo>;QUILLO_REPLAY_OWNER=$<TARGET_FILE:replay_owner>;\
+QUILLO_READ_SELECTION=$<TARGET_FILE:read_selection>;QUILLO_RICH_EDITOR=$<TARGET_FILE:rich_editor>")
 endfunction()
 
 quillo_copy_back_test(copy_back desktop 300 EditorTest VteTest XtermTest QtEditorTest RawTest)

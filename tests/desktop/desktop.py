@@ -151,7 +151,7 @@ class Desktop:
         return path.read_text()
 
     def open_xterm(self, title="terminal"):
-        """An xterm whose input goes to a file, line by line; returns its window and the file."""
+        """An xterm whose input goes to a file as it comes; returns its window and the file."""
         path = self.folder / f"{title}.out"
         path.write_text("")
         self.start("xterm", "-T", title, "-e", "sh", "-c", f"stty -icanon; exec cat > '{path}'")

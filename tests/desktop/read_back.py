@@ -241,7 +241,8 @@ function pictures() {
 async function turn() {
   const focus = document.hasFocus() ? document.activeElement.id : '';
   const state = {round, focus, text: area.value, html: rich.innerHTML, images: pictures()};
-  const answer = await (await fetch('/state', {method: 'POST', body: JSON.stringify(state)})).json();
+  const body = JSON.stringify(state);
+  const answer = await (await fetch('/state', {method: 'POST', body})).json();
   if (answer.round !== round) {
     round = answer.round; area.value = ''; rich.innerHTML = '';
     document.getElementById(answer.focus).focus();

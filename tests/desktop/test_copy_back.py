@@ -66,7 +66,7 @@ class Board:
                 ("file", f"{self.file.as_uri()}\r\n".encode(), "text/uri-list")):
             self.desktop.copy(data, target)
             self.remember(name)
-        self.desktop.start(os.environ["REPLAY_OWNER"], "--manifest", str(CELLS))
+        self.desktop.start(os.environ["QUILLO_REPLAY_OWNER"], "--manifest", str(CELLS))
         self.remember("cells")
 
     def remember(self, name):
@@ -114,9 +114,10 @@ def tearDownModule():
 
 def plain_texts():
     """What a program that takes plain text only is expected to receive."""
-    return {"lines": LINES, "link": LINK, "colour": "#FF8E72", "rich": "".join(line + "\n" for line in RTF_LINES),
+    return {"lines": LINES, "link": LINK, "colour": "#FF8E72",
+            "rich": "\n".join(RTF_LINES),
             "html": HTML_TEXT, "file": str(board.file),
-            "cells": "".join("\t".join(row) + "\n" for row in CELL_ROWS)}
+            "cells": "\n".join("\t".join(row) for row in CELL_ROWS)}
 
 
 def pixels(image):
@@ -124,7 +125,7 @@ def pixels(image):
 
 
 def read_selection(target):
-    return run(os.environ["READ_SELECTION"], target, check=False)
+    return run(os.environ["QUILLO_READ_SELECTION"], target, check=False)
 
 
 def patience(seconds, read, is_right):
@@ -138,6 +139,19 @@ def patience(seconds, read, is_right):
     with contextlib.suppress(Failure):
         wait_for(look, "the text", seconds)
     return value
+
+
+def needs(program):
+    return unittest.skipUnless(shutil.which(program), f"{program} is not installed")
+
+
+def has_vte():
+    import gi
+    try:
+        gi.require_version("Vte", "2.91")
+    except ValueError:
+        return False
+    return True
 
 
 class Target(unittest.TestCase):
@@ -195,6 +209,7 @@ class PlainTextTarget(Target):
                 self.assert_arrives("x", self.read)
 
 
+@needs("mousepad")
 class EditorTest(PlainTextTarget):
     @classmethod
     def open(cls):
@@ -229,6 +244,7 @@ class TerminalTarget(PlainTextTarget):
         return self.path.read_bytes()[self.skipped:].decode(errors="replace")
 
 
+@unittest.skipUnless(has_vte(), "the VTE library is not installed")
 class VteTest(TerminalTarget):
     @classmethod
     def open(cls):
@@ -241,6 +257,7 @@ class VteTest(TerminalTarget):
         self.check_nothing_of_pictures()
 
 
+@needs("xterm")
 class XtermTest(TerminalTarget):
     @classmethod
     def open(cls):
@@ -287,7 +304,7 @@ class QtEditorTest(RichTarget):
     @classmethod
     def open(cls):
         cls.path = board.folder / "rich.html"
-        board.desktop.start(os.environ["RICH_EDITOR"], "rich editor", str(cls.path))
+        board.desktop.start(os.environ["QUILLO_RICH_EDITOR"], "rich editor", str(cls.path))
         cls.window = board.desktop.window("^rich editor$")
         cls.texts = cls.path.with_name("rich.html.txt")
 
@@ -353,10 +370,6 @@ class RawTest(unittest.TestCase):
                 png = read_selection("image/png")
                 self.assertTrue(png.startswith(b"\x89PNG"))
                 self.assertEqual(pixels(png), pixels(getattr(board, name)))
-
-
-def needs(program):
-    return unittest.skipUnless(shutil.which(program), f"{program} is not installed")
 
 
 @needs("chromium")

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""A real VTE terminal in a window: what is typed or pasted goes to a file, line by line."""
+"""A real VTE terminal in a window: what is typed or pasted goes to a file as it comes."""
 
 import sys
 

@@ -30,8 +30,8 @@ TEST(HotkeyConfig, RefusesTheSystemsShortcutsAndTheirControlTwinsOnly) {
         HotkeyConfig config;
         std::optional<QString> name;
     } rows[] = {
-        {{8, 256}, u"Copy"_s},        {{8, 4096}, u"Copy"_s},         {{6, 768}, u"Redo"_s},
-        {{6, 4096 | 512}, u"Redo"_s}, {{49, 256}, u"Spotlight"_s},    {{8, 2304}, std::nullopt},
+        {{8, 256}, u"Copy"_s},        {{8, 4096}, u"Copy"_s},          {{6, 768}, u"Redo"_s},
+        {{6, 4096 | 512}, u"Redo"_s}, {{49, 256}, u"Spotlight"_s},     {{8, 2304}, std::nullopt},
         {{9, 768}, std::nullopt},     {{8, 256 | 4096}, std::nullopt}, {{8, 0}, std::nullopt},
     };
     for (const auto& row : rows) {
@@ -52,7 +52,8 @@ TEST(HotkeyConfig, ReadsTheSettingsAndDistrustsThem) {
         {"modifiers missing", {{u"hotkeyKeyCode"_s, 49}}, {49, 0}},
         {"key code missing", {{u"hotkeyModifiers"_s, 6144}}, standard},
         {"key code of the wrong type",
-         {{u"hotkeyKeyCode"_s, u"49"_s}, {u"hotkeyModifiers"_s, 6144}}, standard},
+         {{u"hotkeyKeyCode"_s, u"49"_s}, {u"hotkeyModifiers"_s, 6144}},
+         standard},
         {"negative", {{u"hotkeyKeyCode"_s, -1}, {u"hotkeyModifiers"_s, 768}}, standard},
         {"too large", {{u"hotkeyKeyCode"_s, 9}, {u"hotkeyModifiers"_s, 4294967296.0}}, standard},
     };

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/pasteboard_formats.h"
+#include "platform/pasteboard_decoding.h"
 
 #include <gtest/gtest.h>
 

@@ -60,6 +60,11 @@ void RtfOutput::endNestedRow() {
     m_pendingLineFeed = true;
 }
 
+StyledText RtfOutput::take() {
+    m_builder.dropFinalLineFeed();
+    return m_builder.take();
+}
+
 void RtfOutput::flushPending() {
     if (m_pendingLineFeed) {
         m_pendingLineFeed = false;

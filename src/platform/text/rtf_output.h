@@ -21,7 +21,9 @@ public:
     void endNestedRow();
 
     [[nodiscard]] bool isFull() const { return m_builder.isFull(); }
-    [[nodiscard]] StyledText take() { return m_builder.take(); }
+    /// The end of the last paragraph or row is no line break: nothing comes after it, and a
+    /// terminal would take it for a Return.
+    [[nodiscard]] StyledText take();
 
 private:
     void flushPending();

@@ -25,6 +25,17 @@ void StyledTextBuilder::appendLineFeed() {
     append(u"\n", style);
 }
 
+void StyledTextBuilder::dropFinalLineFeed() {
+    if (!m_result.text.endsWith(u'\n')) {
+        return;
+    }
+    m_result.text.chop(1);
+    StyledRun& last = m_result.runs.last();
+    if (--last.length == 0) {
+        m_result.runs.removeLast();
+    }
+}
+
 StyledText StyledTextBuilder::take() {
     mendSurrogates(m_result.text);
     return std::exchange(m_result, {});

@@ -18,6 +18,9 @@ public:
     /// Line feed in the style of what stands before it.
     void appendLineFeed();
 
+    /// Takes away one line feed at the end, if there is one.
+    void dropFinalLineFeed();
+
     [[nodiscard]] bool isFull() const { return m_result.text.size() >= kMaxDocumentUnits; }
     [[nodiscard]] StyledText take();
 
