@@ -21,4 +21,5 @@ else
     # Named runs need programs that are too big for every run; see docs/testing.md.
     selection=(-LE big)
 fi
+scripts/check_tidy.sh build/dev
 ctest --preset dev "${selection[@]}" --no-tests=error

@@ -66,7 +66,7 @@ void Clip::setAttributed(std::optional<QByteArray> bytes) {
     setOptionalValue(*this, Attributed, std::move(bytes));
 }
 void Clip::setCreatedAt(std::optional<Timestamp> moment) {
-    setOptionalValue(*this, CreatedAt, std::move(moment));
+    setOptionalValue(*this, CreatedAt, moment);
 }
 void Clip::setFileName(std::optional<QString> name) {
     setOptionalValue(*this, FileName, std::move(name));
@@ -93,7 +93,7 @@ void Clip::setLinkTitle(std::optional<QString> title) {
     setOptionalValue(*this, LinkTitle, std::move(title));
 }
 void Clip::setModifiedAt(std::optional<Timestamp> moment) {
-    setOptionalValue(*this, ModifiedAt, std::move(moment));
+    setOptionalValue(*this, ModifiedAt, moment);
 }
 void Clip::setPlaintext(std::optional<QString> text) {
     setOptionalValue(*this, Plaintext, std::move(text));

@@ -278,7 +278,7 @@ void OverlayPanelController::chooseClip(int index, const QList<std::shared_ptr<C
         return;
     }
     // Held, because hiding may refresh the list that it came from.
-    const std::shared_ptr<Clip> clip = clips.at(index);
+    std::shared_ptr<Clip> clip = clips.at(index);
     const std::optional<RunningApplication> target = m_previousApp;
     m_services.pasteBack.copyToPasteboard(*clip, target);
     hide();

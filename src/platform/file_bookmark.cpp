@@ -119,7 +119,7 @@ std::optional<QByteArray> findRenamed(const Bookmark& bookmark) {
         if (entry == nullptr) {
             return std::nullopt;
         }
-        const QByteArray candidate = folderPath + entry->d_name;
+        QByteArray candidate = folderPath + entry->d_name;
         if (qint64(entry->d_ino) == bookmark.identity.inode &&
             identityOf(candidate) == bookmark.identity) {
             return candidate;

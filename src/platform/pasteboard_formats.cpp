@@ -149,7 +149,7 @@ const RawReply* replyFor(const KeptContents& kept, const QByteArray& target) {
 void addKeptAliases(PasteboardOffers& list, const KeptContents& kept, const ImageCodec& codec) {
     const QList<QByteArray> targets = targetsOf(kept);
     if (const auto texts = textTargetsAmong(targets); !texts.isEmpty()) {
-        const QByteArray target = texts.constFirst();
+        const QByteArray& target = texts.constFirst();
         const RawReply reply = *replyFor(kept, target);
         const TextDialect dialect = textDialectOf(targets);
         addText(list, std::make_shared<const LazyText>(

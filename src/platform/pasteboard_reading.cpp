@@ -149,7 +149,7 @@ std::optional<QString> PasteboardReading::string(PasteboardType type) {
         case PasteboardType::String:
             return plainText();
         case PasteboardType::Url: {
-            const QString address = mozUrlLines().value(0);
+            QString address = mozUrlLines().value(0);
             if (!address.isEmpty()) {
                 return address;
             }

@@ -61,7 +61,7 @@ QStringList fittingLines(const QString& text, const QFont& font, const QSize& ar
 
 }  // namespace
 
-CardPainter::CardPainter(const Palette& palette, QFont font)
+CardPainter::CardPainter(const Palette& palette, const QFont& font)
     : m_palette(palette),
       m_bodyFont(sized(font, 13, QFont::Normal)),
       m_labelFont(sized(font, 12, QFont::DemiBold)),

@@ -23,7 +23,7 @@ struct CardState {
 /// Draws cards of 280 × 240 logical pixels. Holds no card; cheap to make. Main thread.
 class CardPainter final {
 public:
-    CardPainter(const Palette& palette, QFont font);
+    CardPainter(const Palette& palette, const QFont& font);
 
     /// Draws one card into area, in the painter's logical coordinates.
     void paint(QPainter& painter, const QRect& area, const CardContent& card,

@@ -226,7 +226,10 @@ Result<ChangeSet> ObjectContext::Private::removeInTransaction(const FetchRequest
     } else {
         StoreTransaction transaction(connection.database);
         done = transaction.begin();
-        if (done && (done = work())) {
+        if (done) {
+            done = work();
+        }
+        if (done) {
             done = transaction.commit();
         }
     }

@@ -57,7 +57,8 @@ bool clearUnallocatedBytes(std::span<unsigned char> page, bool isFirstPage) {
 
 void PageScrubber::attach(sqlite3* connection) {
     sqlite3_file* file = nullptr;
-    if (sqlite3_file_control(connection, "main", SQLITE_FCNTL_FILE_POINTER, &file) != SQLITE_OK ||
+    if (sqlite3_file_control(connection, "main", SQLITE_FCNTL_FILE_POINTER,
+                             static_cast<void*>(&file)) != SQLITE_OK ||
         file == nullptr || file->pMethods == nullptr) {
         return;
     }

@@ -42,7 +42,7 @@ SqliteStatement::~SqliteStatement() {
     m_entry->statement.tryReset();
     try {
         m_entry->statement.clearBindings();
-    } catch (const SQLite::Exception&) {
+    } catch (const SQLite::Exception&) {  // NOLINT(bugprone-empty-catch)
         // Clearing cannot fail on a statement that was reset.
     }
     m_entry->isInUse = false;

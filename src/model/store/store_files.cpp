@@ -122,7 +122,7 @@ Result<void> prepareStoreFile(const QString& file) {
 
 Result<QString> setStoreAside(const QString& file, Timestamp now) {
     const QFileInfo info(file);
-    const QString aside = freshAsideFolder(info.dir(), now);
+    QString aside = freshAsideFolder(info.dir(), now);
     if (mkdir(QFile::encodeName(aside).constData(), kFolderMode) != 0) {
         return systemFailure(u"Cannot make a folder for the old store"_s);
     }

@@ -13,7 +13,7 @@ struct Word {
 
 QString quotedText(QStringView instruction, qsizetype& position) {
     QString text;
-    while (++position < instruction.size() && instruction[position] != u'"') {
+    for (++position; position < instruction.size() && instruction[position] != u'"'; ++position) {
         const bool escape = instruction[position] == u'\\' && position + 1 < instruction.size();
         position += escape ? 1 : 0;
         text.append(instruction[position]);

@@ -103,7 +103,7 @@ Result<std::unique_ptr<HotKeyRegistration>> X11HotKeys::registerHotKey(
     }
     hotKey->pressed = std::move(pressed);
     const quint64 id = m_nextId++;
-    m_hotKeys.insert(id, std::move(*hotKey));
+    m_hotKeys.insert(id, *hotKey);
     return std::make_unique<Registration>(this, id);
 }
 

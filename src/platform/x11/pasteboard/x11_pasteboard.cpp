@@ -31,13 +31,13 @@ std::optional<std::uint8_t> xfixesEvent(const Connection& connection) {
 /// Puts a question to the pasteboard's thread and waits for its answer; `absent` when the thread
 /// has ended.
 template <typename T, typename Question>
-T ask(PasteboardLink& link, T absent, Question question) {
+T ask(PasteboardLink& link, T absent, const Question& question) {
     auto promise = std::make_shared<std::promise<T>>();
     std::future<T> answer = promise->get_future();
     const bool isPosted = link.queue.post([promise, question](PasteboardThread& thread) {
         question(thread, [promise](T value) { promise->set_value(std::move(value)); });
     });
-    return isPosted ? answer.get() : absent;
+    return isPosted ? answer.get() : std::move(absent);
 }
 
 class Source final : public PasteboardSource {
