@@ -10,6 +10,7 @@
 #include "platform/text/document_reader.h"
 #include "support/fake_pasteboard.h"
 #include "support/fake_workspace.h"
+#include "support/in_memory_store.h"
 #include "support/manual_clock.h"
 #include "support/manual_tick_timer.h"
 #include "support/memory_user_defaults.h"
@@ -32,13 +33,6 @@ class Watcher : public ::testing::Test {
 protected:
     Watcher() {
         m_notifications.observe(kClipSavedNotification, &m_notifications, [this] { ++m_saved; });
-    }
-
-    [[nodiscard]] static PersistenceController::Options inMemory(const Clock& clock) {
-        PersistenceController::Options options;
-        options.kind = StoreKind::InMemory;
-        options.clock = &clock;
-        return options;
     }
 
     void copy(const QString& text) { m_pasteboard.copyFrom(copiedText(text)); }

@@ -15,6 +15,7 @@
 #include "support/fake_panel_surface.h"
 #include "support/fake_pasteboard.h"
 #include "support/fake_workspace.h"
+#include "support/in_memory_store.h"
 #include "support/manual_clock.h"
 #include "support/memory_user_defaults.h"
 #include "support/wait_until.h"
@@ -34,13 +35,6 @@ RunningApplication program(quint32 window, const QString& windowClass) {
 
 class Controller : public ::testing::Test {
 protected:
-    [[nodiscard]] static PersistenceController::Options inMemory(const Clock& clock) {
-        PersistenceController::Options options;
-        options.kind = StoreKind::InMemory;
-        options.clock = &clock;
-        return options;
-    }
-
     [[nodiscard]] std::unique_ptr<OverlayPanelController> makeController() {
         return std::make_unique<OverlayPanelController>(OverlayPanelServices{
             m_persistence, m_workspace, m_pasteBack, m_defaults, m_notifications, m_images,

@@ -7,6 +7,7 @@
 #include "paste/paste_target.h"
 #include "platform/images/qt_image_codec.h"
 #include "platform/text/document_reader.h"
+#include "support/in_memory_store.h"
 #include "support/manual_clock.h"
 
 using namespace Qt::StringLiterals;
@@ -37,13 +38,6 @@ QByteArray summary(const PasteboardContents& contents) {
 
 class ClipContents : public ::testing::Test {
 protected:
-    [[nodiscard]] static PersistenceController::Options inMemory(const Clock& clock) {
-        PersistenceController::Options options;
-        options.kind = StoreKind::InMemory;
-        options.clock = &clock;
-        return options;
-    }
-
     [[nodiscard]] QByteArray pngBytes() const {
         QImage image({2, 2}, QImage::Format_RGB32);
         image.fill(Qt::green);

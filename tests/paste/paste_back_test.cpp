@@ -11,6 +11,7 @@
 #include "support/fake_key_event_poster.h"
 #include "support/fake_pasteboard.h"
 #include "support/fake_workspace.h"
+#include "support/in_memory_store.h"
 #include "support/manual_clock.h"
 #include "support/memory_user_defaults.h"
 #include "support/wait_until.h"
@@ -31,13 +32,6 @@ protected:
         EXPECT_TRUE(m_persistence.viewContext().save());
         QObject::connect(&m_pasteBack, &PasteBack::pasteWithheld, [this] { ++m_withheld; });
         m_clock.advance(1s);
-    }
-
-    [[nodiscard]] static PersistenceController::Options inMemory(const Clock& clock) {
-        PersistenceController::Options options;
-        options.kind = StoreKind::InMemory;
-        options.clock = &clock;
-        return options;
     }
 
     [[nodiscard]] bool wasTouched() {
