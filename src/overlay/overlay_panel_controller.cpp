@@ -277,12 +277,12 @@ void OverlayPanelController::chooseClip(int index, const QList<std::shared_ptr<C
     if (index < 0 || index >= clips.size()) {
         return;
     }
-    // Held, because hiding may refresh the list that it came from.
-    std::shared_ptr<Clip> clip = clips.at(index);
+    // Taken now: hiding may refresh the list that it comes from.
+    const QUuid chosen = clips.at(index)->id();
     const std::optional<RunningApplication> target = m_previousApp;
-    m_services.pasteBack.copyToPasteboard(*clip, target);
+    m_services.pasteBack.copyToPasteboard(*clips.at(index), target);
     hide();
-    m_services.pasteBack.pasteAndTouch(clip->id(), target);
+    m_services.pasteBack.pasteAndTouch(chosen, target);
 }
 
 bool OverlayPanelController::isTextInputFocused() const {
