@@ -6,18 +6,13 @@
 #include <QLocale>
 #include <QToolButton>
 
+#include "appearance/fonts.h"
 #include "appearance/symbols.h"
 
 namespace quillo {
 namespace {
 
 constexpr int kSymbolSize = 14;
-
-QFont sized(QFont font, int pixels, QFont::Weight weight) {
-    font.setPixelSize(pixels);
-    font.setWeight(weight);
-    return font;
-}
 
 void setTextColor(QWidget* widget, const QColor& color) {
     QPalette palette = widget->palette();
@@ -31,8 +26,8 @@ void setTextColor(QWidget* widget, const QColor& color) {
 OverlayBar::OverlayBar(QWidget* parent)
     : QWidget(parent), m_name(new QLabel(QStringLiteral("Quillo"))), m_total(new QLabel) {
     setFixedHeight(kHeight);
-    m_name->setFont(sized(font(), 13, QFont::Bold));
-    m_total->setFont(sized(font(), 12, QFont::Normal));
+    m_name->setFont(sizedFont(font(), 13, QFont::Bold));
+    m_total->setFont(sizedFont(font(), 12, QFont::Normal));
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(16, 0, 16, 0);
     row->setSpacing(10);
@@ -51,7 +46,7 @@ OverlayBar::OverlayBar(QWidget* parent)
 QToolButton* OverlayBar::addButton(const QString& name, const QString& tip) {
     auto* button = new QToolButton;
     button->setAutoRaise(true);
-    button->setFont(sized(font(), 12, QFont::Normal));
+    button->setFont(sizedFont(font(), 12, QFont::Normal));
     button->setIconSize(QSize(kSymbolSize, kSymbolSize));
     button->setAccessibleName(name);
     button->setToolTip(tip);

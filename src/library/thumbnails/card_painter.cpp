@@ -4,6 +4,7 @@
 #include <QFontDatabase>
 #include <QTextLayout>
 
+#include "appearance/fonts.h"
 #include "appearance/symbols.h"
 
 namespace quillo {
@@ -15,12 +16,6 @@ constexpr int kHeaderHeight = 36;
 constexpr int kFooterHeight = 36;
 constexpr int kTileSide = 18;
 constexpr int kBadgeSide = 18;
-
-QFont sized(QFont font, int pixels, QFont::Weight weight) {
-    font.setPixelSize(pixels);
-    font.setWeight(weight);
-    return font;
-}
 
 // The part of a picture that fills an area without distortion, in the picture's own pixels.
 QRectF coveringSource(const QSizeF& picture, const QSizeF& area) {
@@ -63,9 +58,9 @@ QStringList fittingLines(const QString& text, const QFont& font, const QSize& ar
 
 CardPainter::CardPainter(const Palette& palette, const QFont& font)
     : m_palette(palette),
-      m_bodyFont(sized(font, 13, QFont::Normal)),
-      m_labelFont(sized(font, 12, QFont::DemiBold)),
-      m_smallFont(sized(font, 11, QFont::Normal)) {}
+      m_bodyFont(sizedFont(font, 13, QFont::Normal)),
+      m_labelFont(sizedFont(font, 12, QFont::DemiBold)),
+      m_smallFont(sizedFont(font, 11, QFont::Normal)) {}
 
 QRect CardPainter::bodyArea(const QRect& card) {
     return card.adjusted(0, kHeaderHeight, 0, -kFooterHeight);
