@@ -37,6 +37,13 @@ function(quillo_test name)
     set(ARG_LABEL unit)
   endif()
   set_tests_properties(${name} PROPERTIES LABELS "${ARG_LABEL}" TIMEOUT 300)
+  if(CMAKE_CXX_FLAGS MATCHES "fsanitize=thread")
+    # Suppressions go by the names of functions.
+    find_program(QUILLO_SYMBOLIZER NAMES llvm-symbolizer-19 llvm-symbolizer REQUIRED)
+    set_tests_properties(${name} PROPERTIES ENVIRONMENT
+      "TSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/tsan.supp \
+external_symbolizer_path=${QUILLO_SYMBOLIZER}")
+  endif()
 endfunction()
 
 # Coverage for the fuzzers; each fuzz target adds the main function when it is linked.

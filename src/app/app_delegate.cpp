@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "app/app_delegate.h"
 
+#include <QCoreApplication>
+#include <cstdlib>
+
 #include "base/logging.h"
 #include "platform/freedesktop/json_user_defaults.h"
 #include "platform/thread_tick_timer.h"
@@ -17,6 +20,18 @@ AppDelegate::AppDelegate() = default;
 AppDelegate::~AppDelegate() {
     m_hotkeyManager.reset();
     m_pasteBack.reset();
+    storeWhatWasCaptured();
+}
+
+void AppDelegate::endWithoutDisplay() {
+    storeWhatWasCaptured();
+    m_defaults.reset();
+    // Its thread ends with it, and has said in the log what happened.
+    m_services.pasteboard.reset();
+    std::_Exit(1);
+}
+
+void AppDelegate::storeWhatWasCaptured() {
     if (m_pasteboardWatcher) {
         m_pasteboardWatcher->stop();
     }
@@ -28,7 +43,10 @@ AppDelegate::~AppDelegate() {
 
 Result<void> AppDelegate::applicationDidFinishLaunching() {
     qCInfo(lcApp, "applicationDidFinishLaunching started");
-    Result<DesktopServices> services = makeDesktopServices();
+    Result<DesktopServices> services = makeDesktopServices([this] {
+        QMetaObject::invokeMethod(
+            QCoreApplication::instance(), [this] { endWithoutDisplay(); }, Qt::QueuedConnection);
+    });
     if (!services) {
         return std::unexpected(services.error());
     }

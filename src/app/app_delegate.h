@@ -26,7 +26,12 @@ public:
     /// Starts everything; an error means that the program cannot run here.
     [[nodiscard]] Result<void> applicationDidFinishLaunching();
 
+    /// Ends the process with 1 when the display server is gone, after everything that was captured
+    /// is stored. Nothing is destroyed that talks to the display. Main thread, never returns.
+    [[noreturn]] void endWithoutDisplay();
+
 private:
+    void storeWhatWasCaptured();
     void startCapture();
     void startOverlay();
     [[nodiscard]] std::unique_ptr<OverlayPanelController> makeOverlayController();

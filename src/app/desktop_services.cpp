@@ -11,6 +11,8 @@
 #include "platform/x11/panel/x11_panel_surface.h"
 #include "platform/x11/pasteboard/x11_pasteboard.h"
 
+#include <utility>
+
 namespace quillo {
 namespace {
 
@@ -29,7 +31,7 @@ bool place(std::unique_ptr<Interface>& where, Result<std::unique_ptr<Service>> m
 
 }  // namespace
 
-Result<DesktopServices> makeDesktopServices() {
+Result<DesktopServices> makeDesktopServices(std::function<void()> displayLost) {
     DesktopServices services;
     services.richText = std::make_unique<DocumentReader>();
     services.images = std::make_unique<QtImageCodec>();
@@ -37,9 +39,12 @@ Result<DesktopServices> makeDesktopServices() {
     index->warmUp();
     services.applications = std::move(index);
     const PasteboardConverters converters{*services.richText, *services.images};
+    x11::X11Pasteboard::Options options;
+    options.connectionLost = std::move(displayLost);
     Error error;
     const bool isComplete =
-        place(services.pasteboard, x11::X11Pasteboard::create(converters), error) &&
+        place(services.pasteboard, x11::X11Pasteboard::create(converters, std::move(options)),
+              error) &&
         place(services.workspace, x11::X11Workspace::create(*services.applications), error) &&
         place(services.hotKeys, x11::X11HotKeys::create(), error) &&
         place(services.keyEvents, x11::X11KeyEventPoster::create(), error) &&

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <functional>
 #include <memory>
 
 #include "base/result.h"
@@ -29,6 +30,7 @@ struct DesktopServices {
 };
 
 /// Connects to the session's display server. Main thread; needs the application object.
-[[nodiscard]] Result<DesktopServices> makeDesktopServices();
+/// displayLost is called once, on a thread of the services, when that server goes away.
+[[nodiscard]] Result<DesktopServices> makeDesktopServices(std::function<void()> displayLost);
 
 }  // namespace quillo

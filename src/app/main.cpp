@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
+#include <malloc.h>
+
 #include <QApplication>
 #include <QStandardPaths>
 
 #include "app/app_delegate.h"
+#include "app/exit_guard.h"
 #include "app/instance_lock.h"
 #include "app/termination_signals.h"
 #include "base/logging.h"
@@ -10,6 +13,13 @@
 namespace {
 
 QUILLO_LOG_CATEGORY(lcMain, "main")
+
+// A copied picture passes through several buffers of megabytes. glibc keeps such blocks for itself
+// once it has seen one freed, unless the threshold is set: then each goes back when it is freed.
+void returnLargeBlocksToTheSystem() {
+    constexpr int kLargeBlockBytes = 256 * 1024;
+    mallopt(M_MMAP_THRESHOLD, kLargeBlockBytes);
+}
 
 QString lockFolder() {
     const QString runtime = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
@@ -20,6 +30,7 @@ QString lockFolder() {
 }  // namespace
 
 int main(int argc, char** argv) {
+    returnLargeBlocksToTheSystem();
     quillo::installLogHandler();
     qCInfo(lcMain, "Starting Quillo application");
     quillo::TerminationSignals::block();
@@ -38,6 +49,7 @@ int main(int argc, char** argv) {
         return 0;
     }
     quillo::AppDelegate delegate;
+    const quillo::ExitGuard exitGuard([&delegate] { delegate.endWithoutDisplay(); });
     if (const auto started = delegate.applicationDidFinishLaunching(); !started) {
         qCCritical(lcMain, "Quillo cannot run here: %s", qUtf8Printable(started.error().text));
         return 1;

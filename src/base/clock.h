@@ -21,4 +21,14 @@ public:
     [[nodiscard]] Timestamp now() const override;
 };
 
+/// One moment for ever, for work that is done later than it is dated.
+class FixedClock final : public Clock {
+public:
+    explicit FixedClock(Timestamp now) : m_now(now) {}
+    [[nodiscard]] Timestamp now() const override { return m_now; }
+
+private:
+    Timestamp m_now;
+};
+
 }  // namespace quillo

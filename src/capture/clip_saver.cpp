@@ -9,7 +9,8 @@
 #include "platform/file_bookmark.h"
 #include "platform/uniform_types.h"
 
-#include <QCryptographicHash>
+#include <gcrypt.h>
+
 #include <QFileInfo>
 #include <QMetaObject>
 #include <utility>
@@ -19,8 +20,13 @@ namespace {
 
 QUILLO_LOG_CATEGORY(lcWatcher, "PasteboardWatcher")
 
+// SHA-256 (FIPS 180-4), with the processor's own instructions where it has them.
 QByteArray digestOf(const QByteArray& bytes) {
-    return QCryptographicHash::hash(bytes, QCryptographicHash::Sha256);
+    [[maybe_unused]] static const bool isReady = gcry_check_version(nullptr) != nullptr;
+    constexpr qsizetype kDigestSize = 32;
+    QByteArray digest(kDigestSize, Qt::Uninitialized);
+    gcry_md_hash_buffer(GCRY_MD_SHA256, digest.data(), bytes.constData(), size_t(bytes.size()));
+    return digest;
 }
 
 std::optional<QByteArray> bookmarkOf(const QUrl& url) {
@@ -58,12 +64,21 @@ struct ClipSaver::Kind {
     const char* duplicateMessage;
 };
 
+struct ClipSaver::Capture {
+    Kind kind;
+    std::optional<QString> source;
+    Timestamp moment;
+    std::optional<Content> content;
+    QByteArray digest;
+};
+
 ClipSaver::ClipSaver(ClipSaverServices services) : m_services(services) {}
 
 void ClipSaver::saveImageClip(QByteArray image, std::optional<QString> source,
                               std::optional<QString> fileName) {
     static constexpr Kind kKind{"image", "Duplicate IMAGE found (same hash), skipping"};
-    store(kKind, std::move(source),
+    const qint64 sizeBytes = image.size();
+    store(kKind, std::move(source), sizeBytes,
           [image = std::move(image), fileName = std::move(fileName)]() -> Content {
               return {image, [image, fileName](Clip& clip) {
                           clip.setType(ClipType::Image);
@@ -76,14 +91,16 @@ void ClipSaver::saveImageClip(QByteArray image, std::optional<QString> source,
 
 void ClipSaver::saveFileClip(const QList<QUrl>& urls, std::optional<QString> source) {
     static constexpr Kind kKind{"file", "Duplicate file clip found, skipping"};
-    store(kKind, std::move(source), [url = urls.constFirst()]() -> Content {
+    const qint64 sizeBytes = urls.constFirst().toEncoded().size();
+    store(kKind, std::move(source), sizeBytes, [url = urls.constFirst()]() -> Content {
         return {url.toEncoded(), [url](Clip& clip) { fillFileClip(clip, url); }};
     });
 }
 
 void ClipSaver::saveRtfClip(QByteArray document, std::optional<QString> source) {
     static constexpr Kind kKind{"RTF", "Duplicate RTF clip found, skipping"};
-    store(kKind, std::move(source), [this, document = std::move(document)]() -> Content {
+    const qint64 sizeBytes = document.size();
+    store(kKind, std::move(source), sizeBytes, [this, document = std::move(document)]() -> Content {
         return {document, [this, document](Clip& clip) {
                     clip.setType(ClipType::Rtf);
                     clip.setAttributed(document);
@@ -96,7 +113,8 @@ void ClipSaver::saveRtfClip(QByteArray document, std::optional<QString> source) 
 
 void ClipSaver::saveHtmlClip(QByteArray document, std::optional<QString> source) {
     static constexpr Kind kKind{"HTML", "Duplicate HTML clip found, skipping"};
-    store(kKind, std::move(source), [document = std::move(document)]() -> Content {
+    const qint64 sizeBytes = document.size();
+    store(kKind, std::move(source), sizeBytes, [document = std::move(document)]() -> Content {
         return {document, [document](Clip& clip) {
                     clip.setType(ClipType::Html);
                     clip.setAttributed(document);
@@ -107,7 +125,8 @@ void ClipSaver::saveHtmlClip(QByteArray document, std::optional<QString> source)
 
 void ClipSaver::saveUrlClip(QString text, std::optional<QString> source) {
     static constexpr Kind kKind{"URL", "Duplicate URL clip found, skipping"};
-    store(kKind, std::move(source), [text = std::move(text)]() -> Content {
+    const qint64 sizeBytes = text.size() * 2;
+    store(kKind, std::move(source), sizeBytes, [text = std::move(text)]() -> Content {
         return {text.toUtf8(), [text](Clip& clip) {
                     const std::optional<QUrl> url = parseWholeUrl(text);
                     clip.setType(ClipType::Text);
@@ -126,7 +145,8 @@ bool ClipSaver::saveTextClip(QString text, std::optional<QString> source) {
         qCInfo(lcWatcher, "Skipping sensitive content");
         return false;
     }
-    store(kKind, std::move(source), [text = std::move(text)]() -> Content {
+    const qint64 sizeBytes = text.size() * 2;
+    store(kKind, std::move(source), sizeBytes, [text = std::move(text)]() -> Content {
         return {text.toUtf8(), [text](Clip& clip) {
                     clip.setType(ClipType::Text);
                     clip.setPlaintext(text);
@@ -135,29 +155,38 @@ bool ClipSaver::saveTextClip(QString text, std::optional<QString> source) {
     return true;
 }
 
-void ClipSaver::store(const Kind& kind, std::optional<QString> source,
+void ClipSaver::store(const Kind& kind, std::optional<QString> source, qint64 sizeBytes,
                       std::move_only_function<Content()> makeContent) {
-    m_services.persistence.perform(
-        [this, kind, source = std::move(source), makeContent = std::move(makeContent)](
-            ObjectContext& context) mutable { storeNow(context, kind, source, makeContent()); });
+    m_services.persistence.performPatiently(
+        [this, capture = Capture{kind, std::move(source), m_services.clock.now(), {}, {}},
+         makeContent = std::move(makeContent)](ObjectContext& context) mutable {
+            if (!capture.content) {
+                capture.content = makeContent();
+                capture.digest = digestOf(capture.content->hashInput);
+            }
+            return storeNow(context, capture);
+        },
+        sizeBytes);
 }
 
-void ClipSaver::storeNow(ObjectContext& context, const Kind& kind,
-                         const std::optional<QString>& source, const Content& content) {
-    const QByteArray digest = digestOf(content.hashInput);
+Result<void> ClipSaver::storeNow(ObjectContext& context, const Capture& capture) {
     const Result<StoreOutcome> outcome =
-        insertOrBump(context, digest, m_services.clock, [&](Clip& clip) {
-            clip.setSourceBundleId(source);
-            content.fill(clip);
+        insertOrBump(context, capture.digest, FixedClock(capture.moment), [&](Clip& clip) {
+            clip.setSourceBundleId(capture.source);
+            capture.content->fill(clip);
         });
     if (!outcome) {
-        qCCritical(lcWatcher, "Error saving clip: %s", qUtf8Printable(outcome.error().text));
-        context.rollback();
-    } else if (*outcome == StoreOutcome::Bumped) {
-        qCInfo(lcWatcher, "%s", kind.duplicateMessage);
-    } else {
-        followUp(context, kind);
+        if (outcome.error().kind != ErrorKind::Busy) {
+            qCCritical(lcWatcher, "Error saving clip: %s", qUtf8Printable(outcome.error().text));
+        }
+        return std::unexpected(outcome.error());
     }
+    if (*outcome == StoreOutcome::Bumped) {
+        qCInfo(lcWatcher, "%s", capture.kind.duplicateMessage);
+    } else {
+        followUp(context, capture.kind);
+    }
+    return {};
 }
 
 void ClipSaver::followUp(ObjectContext& context, const Kind& kind) {

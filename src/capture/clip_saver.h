@@ -30,7 +30,9 @@ struct ClipSaverServices {
 /// copy, which only moves its clip to the front; new content is stored, then the history limit
 /// is enforced and "clipSaved" is posted on the main thread.
 /// Called from the capture worker; each call returns at once, the work runs on the store's thread
-/// in the order of the calls. source is the identifier of the program in front, or none.
+/// in the order of the calls. A clip bears the moment of its call, and a store that another process
+/// holds locked is waited for; any other failure drops the one capture with a line in the log.
+/// source is the identifier of the program in front, or none.
 class ClipSaver final {
 public:
     explicit ClipSaver(ClipSaverServices services);
@@ -51,11 +53,11 @@ private:
         QByteArray hashInput;
         std::function<void(Clip&)> fill;
     };
+    struct Capture;
 
-    void store(const Kind& kind, std::optional<QString> source,
+    void store(const Kind& kind, std::optional<QString> source, qint64 sizeBytes,
                std::move_only_function<Content()> makeContent);
-    void storeNow(ObjectContext& context, const Kind& kind, const std::optional<QString>& source,
-                  const Content& content);
+    [[nodiscard]] Result<void> storeNow(ObjectContext& context, const Capture& capture);
     void followUp(ObjectContext& context, const Kind& kind);
     void refreshViewContext();
 

@@ -73,9 +73,6 @@ std::shared_ptr<Clip> bumpDuplicate(ObjectContext& context, const QByteArray& di
                    qUtf8Printable(bumped.error().text));
         return nullptr;
     }
-    if (*bumped != nullptr) {
-        qCInfo(lcWatcher, "Duplicate found, bumped to front");
-    }
     return *bumped;
 }
 
@@ -95,6 +92,9 @@ Result<StoreOutcome> insertOrBump(ObjectContext& context, const QByteArray& dige
     if (!done) {
         context.rollback();
         return std::unexpected(done.error());
+    }
+    if (outcome == StoreOutcome::Bumped) {
+        qCInfo(lcWatcher, "Duplicate found, bumped to front");
     }
     return outcome;
 }

@@ -14,16 +14,6 @@ namespace {
 
 QUILLO_LOG_CATEGORY(lcController, "PersistenceController")
 
-/// The moment at which a clip was captured, so that a duplicate is renewed to that one.
-class FixedClock final : public Clock {
-public:
-    explicit FixedClock(Timestamp now) : m_now(now) {}
-    [[nodiscard]] Timestamp now() const override { return m_now; }
-
-private:
-    Timestamp m_now;
-};
-
 /// Under which id the store holds what memory held.
 using Moved = QHash<ObjectId, ObjectId>;
 
@@ -51,7 +41,7 @@ Result<ObjectId> moveClip(const Clip& clip, ObjectContext& store) {
         if (store.object<Clip>(clip.id()) != nullptr) {
             return {};
         }
-        const FixedClock clock(clip.createdAt().value_or(Timestamp{}));
+        const FixedClock clock(clip.createdAt().value_or(Timestamp{}));  // When it was captured.
         const auto digest = clip.contentHash();
         const auto known =
             digest.has_value() ? bumpDuplicate(store, *digest, clock) : std::shared_ptr<Clip>();

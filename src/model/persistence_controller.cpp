@@ -56,6 +56,9 @@ public:
     void loaded();
     void stillNot();
     void setState(StoreState next);
+    void tryHeldWork();
+    void startWaitingForTheLock();
+    void waitForTheLock();
 
     PersistenceController& q;
     Options options;
@@ -63,11 +66,16 @@ public:
     StoreState state = StoreState::Failed;
     QTimer retryTimer;
     std::chrono::milliseconds retryInterval{};
+    QTimer lockedTimer;
+    std::chrono::milliseconds lockedInterval{};
     ErrorKind lastLogged = ErrorKind::Failed;  // Touched by one thread at a time.
+    HeldWork held;                             // The store's thread's.
     std::unique_ptr<ObjectStore> store;        // Last: its thread uses everything above.
 };
 
 void PersistenceController::Private::load() {
+    lockedTimer.setSingleShot(true);
+    QObject::connect(&lockedTimer, &QTimer::timeout, &q, [this] { tryHeldWork(); });
     const Clock& clock = clockOf(options);
     LoadedStore result = loadStore(location, clock.now());
     if (result.connections) {
@@ -131,6 +139,28 @@ void PersistenceController::Private::setState(StoreState next) {
     Q_EMIT q.stateChanged();
 }
 
+// On the main thread, each time the store's thread was held up.
+void PersistenceController::Private::waitForTheLock() {
+    if (!lockedTimer.isActive()) {
+        lockedInterval = std::min(lockedInterval * 2, kLongestRetryInterval);
+        lockedTimer.start(lockedInterval);
+    }
+}
+
+void PersistenceController::Private::startWaitingForTheLock() {
+    lockedInterval = options.lockedRetryInterval;
+    lockedTimer.start(lockedInterval);
+}
+
+void PersistenceController::Private::tryHeldWork() {
+    store->perform([this](ObjectContext& context) {
+        held.tryAgain(context);
+        if (!held.isEmpty()) {
+            QMetaObject::invokeMethod(&q, [this] { waitForTheLock(); }, Qt::QueuedConnection);
+        }
+    });
+}
+
 PersistenceController::PersistenceController(const Options& options, QObject* parent)
     : QObject(parent), d(std::make_unique<Private>(*this, options)) {
     d->load();
@@ -154,7 +184,19 @@ void PersistenceController::perform(std::move_only_function<void(ObjectContext&)
     d->store->perform(std::move(work));
 }
 
+void PersistenceController::performPatiently(HeldWork::Work work, qint64 sizeBytes) {
+    d->store->perform([this, work = std::move(work), sizeBytes](ObjectContext& context) mutable {
+        const bool isFirst = d->held.isEmpty();
+        d->held.add(std::move(work), sizeBytes, context);
+        if (isFirst && !d->held.isEmpty()) {
+            QMetaObject::invokeMethod(
+                this, [this] { d->startWaitingForTheLock(); }, Qt::QueuedConnection);
+        }
+    });
+}
+
 void PersistenceController::waitUntilIdle() {
+    d->tryHeldWork();
     d->store->waitUntilIdle();
 }
 

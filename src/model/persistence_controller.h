@@ -7,6 +7,7 @@
 #include <memory>
 
 #include "base/clock.h"
+#include "model/store/held_work.h"
 #include "model/store/object_context.h"
 
 namespace quillo {
@@ -37,6 +38,7 @@ public:
         const Clock* clock = nullptr;            ///< Must outlive the controller.
         const UserDefaults* defaults = nullptr;  ///< For the history limit of a late save.
         std::chrono::milliseconds retryInterval{10'000};
+        std::chrono::milliseconds lockedRetryInterval{1'000};
     };
 
     /// Opens the store before it returns.
@@ -55,7 +57,14 @@ public:
     /// calls. Returns at once. Any thread.
     void perform(std::move_only_function<void(ObjectContext&)> work);
 
-    /// Waits until everything performed so far is done. For shutdown and tests.
+    /// The same for work that a lock of another process must not lose: while it answers Busy it is
+    /// held in memory and done again, at intervals that double up to a minute, and what is
+    /// performed this way meanwhile lines up behind it. sizeBytes is about what the work keeps in
+    /// memory; beyond HeldWork's bounds the new work is dropped with a line in the log.
+    void performPatiently(HeldWork::Work work, qint64 sizeBytes);
+
+    /// Waits until everything performed so far is done; what a lock holds up is tried once more.
+    /// For shutdown and tests.
     void waitUntilIdle();
 
     /// To follow the deletion of everything: removes the stores that were set aside and gives the

@@ -49,11 +49,7 @@ OverlayPanelController::OverlayPanelController(OverlayPanelServices services, QO
     : QObject(parent),
       m_services(std::move(services)),
       m_clips(m_services.persistence, m_services.workspace),
-      m_thumbnails(m_services.images,
-                   [this](const QUuid& id) {
-                       const auto clip = m_services.persistence.viewContext().object<Clip>(id);
-                       return clip ? clip->imageData().value_or(QByteArray()) : QByteArray();
-                   }),
+      m_thumbnails(m_services.images, storedImageLoader(m_services.persistence)),
       m_panelPosition(panelPositionFromText(
           m_services.defaults.string(QStringLiteral("panelPosition")).value_or(QString()))),
       m_isPositionLocked(
@@ -62,6 +58,7 @@ OverlayPanelController::OverlayPanelController(OverlayPanelServices services, QO
     connect(&m_clips, &OverlayClips::refreshed, this, &OverlayPanelController::clipsRefreshed);
     m_services.surface.setCompositingListener([this] { compositingChanged(); });
     m_clips.refresh();
+    QTimer::singleShot(0, this, &OverlayPanelController::prepare);
 }
 
 OverlayPanelController::~OverlayPanelController() {
@@ -107,6 +104,20 @@ void OverlayPanelController::createPanel() {
     m_panel->winId();
     m_services.workspace.ignoreWindow(quint32(m_panel->winId()));
     qCDebug(lcPanel, "Overlay panel created");
+}
+
+// Loads the fonts and symbols, lays the view out and asks for the first pictures, so that the first
+// show costs no more than the later ones.
+void OverlayPanelController::prepare() {
+    if (m_isVisible) {
+        return;
+    }
+    createPanel();
+    if (m_panel) {
+        m_view->setScheme(desktopColorScheme());
+        fitPanel();
+        (void)m_panel->grab();
+    }
 }
 
 void OverlayPanelController::show() {

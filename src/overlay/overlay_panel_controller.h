@@ -45,8 +45,8 @@ struct OverlayPanelServices {
 
 /// Owns the quick picker: shows and hides the panel, remembers the program in front and gives it
 /// the focus back, places the panel and keeps a dragged place, turns keys into selection and
-/// choice, and hands the chosen clip to paste-back. The panel is made on the first show and kept.
-/// Main thread.
+/// choice, and hands the chosen clip to paste-back. The panel is made when the event loop first
+/// rests, or on a show before that, and kept. Main thread.
 class OverlayPanelController final : public QObject {
     Q_OBJECT
 
@@ -75,7 +75,7 @@ public:
     [[nodiscard]] bool isPositionLocked() const { return m_isPositionLocked; }
     [[nodiscard]] std::optional<QPointF> customOrigin() const { return m_customOrigin; }
     [[nodiscard]] const OverlayClips& clips() const { return m_clips; }
-    /// None before the first show.
+    /// None before it is made.
     [[nodiscard]] OverlayPanel* panel() { return m_panel.get(); }
 
 Q_SIGNALS:
@@ -87,6 +87,7 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    void prepare();
     void createPanel();
     void fitPanel();
     void applyFrame(const QScreen& screen, int width);

@@ -73,10 +73,11 @@ QByteArray localPath(const QUrl& url) {
 }
 
 QUrl urlOfPath(const QByteArray& path) {
-    if (path.isValidUtf8()) {
-        return QUrl::fromLocalFile(QDir::cleanPath(QString::fromUtf8(path)));
-    }
+    // Cleaned first: the part that is no UTF-8 may be one that a ".." takes away.
     const QByteArray clean = QDir::cleanPath(QString::fromLatin1(path)).toLatin1();
+    if (clean.isValidUtf8()) {
+        return QUrl::fromLocalFile(QString::fromUtf8(clean));
+    }
     return QUrl::fromEncoded("file://" + clean.toPercentEncoding("/!$&'()*+,;=:@"));
 }
 
@@ -94,14 +95,18 @@ std::optional<Bookmark> decode(const QByteArray& bytes) {
         return std::nullopt;
     }
     QCborParserError error;
-    const QCborMap map = QCborValue::fromCbor(bytes, &error).toMap();
+    const QCborValue value = QCborValue::fromCbor(bytes, &error);
+    // In what was read before an error a key may stand without its value; looking for one crashes.
+    if (error.error != QCborError::NoError) {
+        return std::nullopt;
+    }
+    const QCborMap map = value.toMap();
     const QCborValue device = map.value(u"dev"_s);
     const QCborValue inode = map.value(u"ino"_s);
     const Bookmark bookmark{
         map.value(u"path"_s).toByteArray(),
         {device.toInteger(), inode.toInteger(), map.value(u"born"_s).toInteger()}};
-    const bool isSound = error.error == QCborError::NoError &&
-                         map.value(u"v"_s) == QCborValue(kVersion) && device.isInteger() &&
+    const bool isSound = map.value(u"v"_s) == QCborValue(kVersion) && device.isInteger() &&
                          inode.isInteger() && bookmark.path.startsWith('/') &&
                          bookmark.path.size() < PATH_MAX && !bookmark.path.contains('\0');
     return isSound ? std::optional(bookmark) : std::nullopt;

@@ -29,10 +29,13 @@ QString withoutTrailingNuls(QString text) {
     return text;
 }
 
-bool isUtf8(const QByteArray& bytes) {
-    QStringDecoder decoder(QStringDecoder::Utf8);
-    [[maybe_unused]] const QString text = decoder.decode(bytes);
-    return !decoder.hasError();
+/// The text with a replacement character for each half of a surrogate pair that stands alone.
+QString wellFormed(const QString& text) {
+    if (text.isValidUtf16()) {
+        return text;
+    }
+    const QList<uint> points = text.toUcs4();
+    return QString::fromUcs4(reinterpret_cast<const char32_t*>(points.constData()), points.size());
 }
 
 /// The value of the charset parameter of a MIME type or of a document, in lower case.
@@ -84,7 +87,7 @@ QString decodeUnnamed(const QByteArray& bytes) {
         return decodeUtf16(bytes);
     }
     const QByteArray trimmed = withoutTrailingNuls(bytes);
-    return isUtf8(trimmed) ? QString::fromUtf8(trimmed) : QString::fromLatin1(trimmed);
+    return trimmed.isValidUtf8() ? QString::fromUtf8(trimmed) : QString::fromLatin1(trimmed);
 }
 
 QString decodeNamed(const QByteArray& charset, const QByteArray& bytes) {
@@ -161,7 +164,7 @@ QString decodeUtf16(const QByteArray& bytes) {
                        (!hasUtf16Mark(bytes) && bytes.size() >= 2 && bytes.at(0) == '\0');
     QStringDecoder decoder(isBig ? QStringDecoder::Utf16BE : QStringDecoder::Utf16LE);
     const QString text = decoder.decode(bytes.first(bytes.size() / 2 * 2));
-    return withoutTrailingNuls(text);
+    return wellFormed(withoutTrailingNuls(text));
 }
 
 QString decodeText(const QByteArray& target, const RawReply& reply, TextDialect dialect) {
@@ -186,7 +189,7 @@ QString decodeText(const QByteArray& target, const RawReply& reply, TextDialect 
             text.replace("\r\n"_L1, "\n"_L1);
         }
     }
-    return text;
+    return wellFormed(text);
 }
 
 QByteArray decodeHtml(const QByteArray& bytes) {
@@ -197,7 +200,7 @@ QByteArray decodeHtml(const QByteArray& bytes) {
     if (trimmed.startsWith("\xef\xbb\xbf")) {
         trimmed.remove(0, 3);
     }
-    if (isUtf8(trimmed)) {
+    if (trimmed.isValidUtf8()) {
         return trimmed;
     }
     const QByteArray charset = charsetIn(trimmed.left(kCharsetSearch));

@@ -59,7 +59,9 @@ QString mimeNameFromIdentifier(const QString& identifier) {
 }  // namespace
 
 std::optional<UniformType> uniformTypeForExtension(const QString& extension) {
-    if (extension.isEmpty() || extension.size() > kLongestExtension || extension.contains(u'/')) {
+    // The MIME database walks its tree of suffixes beyond its end at a NUL.
+    const bool isPossible = !extension.contains(u'/') && !extension.contains(QChar(u'\0'));
+    if (extension.isEmpty() || extension.size() > kLongestExtension || !isPossible) {
         return std::nullopt;
     }
     const QString lowered = extension.toLower();

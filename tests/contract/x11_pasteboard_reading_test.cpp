@@ -59,8 +59,8 @@ TEST(X11PasteboardReading, AsksAtMostThreeTimesForAShortText) {
 
 TEST(X11PasteboardReading, TakesLargeRepliesInPartsWhateverSizeIsAnnounced) {
     const QByteArray bytes = patternOf(8 * 1024 * 1024 + 17);
-    for (const QStringList& options :
-         {QStringList{}, QStringList{u"--lie-size"_s}, QStringList{u"--chunk"_s, u"1000000"_s}}) {
+    for (const QStringList& options : {QStringList{}, QStringList{u"--announce"_s, u"0"_s},
+                                       QStringList{u"--chunk"_s, u"1000000"_s}}) {
         X11PasteboardRig rig;
         rig.copyWith(options + QStringList{u"--target"_s, targetOption(rig, bytes)});
         const auto reply = rig.pasteboard().open()->fetch("text/html");
@@ -96,7 +96,7 @@ TEST(X11PasteboardReading, GivesUpAnOwnerThatDoesNotAnswer) {
 
 TEST(X11PasteboardReading, GivesUpAnOwnerThatTricklesForTooLong) {
     X11PasteboardRig rig(shortLimits());
-    rig.copyWith({u"--trickle"_s, u"--target"_s, targetOption(rig, patternOf(1000))});
+    rig.copyWith({u"--trickle"_s, u"20"_s, u"--target"_s, targetOption(rig, patternOf(1000))});
     EXPECT_FALSE(rig.pasteboard().open()->fetch("text/html"));
 }
 

@@ -48,27 +48,104 @@ TEST(X11PasteboardServing, GivesLargeContentsToManyAtOnceThoughOneIsStalled) {
     EXPECT_TRUE(rig.paste("text/html")) << "a requestor that vanished harms nobody";
 }
 
+/// Another program that talks to the server itself.
+class RawClient {
+public:
+    RawClient()
+        : m_connection(x11::connectToServer().value()),
+          m_atoms(m_connection.get()),
+          m_window(xcb_generate_id(m_connection.get())) {
+        xcb_create_window(m_connection.get(), XCB_COPY_FROM_PARENT, m_window, m_connection.root(),
+                          0, 0, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0,
+                          nullptr);
+    }
+
+    [[nodiscard]] xcb_window_t window() const { return m_window; }
+
+    [[nodiscard]] xcb_window_t clipboardOwner() {
+        const x11::XcbPtr<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
+            m_connection.get(),
+            xcb_get_selection_owner(m_connection.get(), m_atoms.atom("CLIPBOARD")), nullptr));
+        return owner ? owner->owner : xcb_window_t{XCB_WINDOW_NONE};
+    }
+
+    void ask(xcb_window_t requestor, const QByteArray& target) {
+        xcb_convert_selection(m_connection.get(), requestor, m_atoms.atom("CLIPBOARD"),
+                              m_atoms.atom(target), m_atoms.atom("ANSWER"), XCB_CURRENT_TIME);
+        xcb_flush(m_connection.get());
+    }
+
+    void setProperty(xcb_window_t window, const QByteArray& name, std::uint32_t value) {
+        xcb_change_property(m_connection.get(), XCB_PROP_MODE_REPLACE, window, m_atoms.atom(name),
+                            XCB_ATOM_CARDINAL, 32, 1, &value);
+        x11::waitForServer(m_connection.get());
+    }
+
+    /// The type of the answer, which is then taken; empty when there is none.
+    [[nodiscard]] QByteArray takeAnswer() {
+        const x11::XcbPtr<xcb_get_property_reply_t> answer(xcb_get_property_reply(
+            m_connection.get(),
+            xcb_get_property(m_connection.get(), 1, m_window, m_atoms.atom("ANSWER"),
+                             XCB_GET_PROPERTY_TYPE_ANY, 0, 0x1fffffff),
+            nullptr));
+        return answer && answer->type != XCB_ATOM_NONE ? m_atoms.name(answer->type) : QByteArray();
+    }
+
+    /// Whether another program wants to know when a part was taken.
+    [[nodiscard]] bool isWatched() {
+        const x11::XcbPtr<xcb_get_window_attributes_reply_t> attributes(
+            xcb_get_window_attributes_reply(m_connection.get(),
+                                            xcb_get_window_attributes(m_connection.get(), m_window),
+                                            nullptr));
+        return attributes && (attributes->all_event_masks & XCB_EVENT_MASK_PROPERTY_CHANGE) != 0;
+    }
+
+private:
+    x11::Connection m_connection;
+    x11::AtomTable m_atoms;
+    xcb_window_t m_window;
+};
+
 // Guards against a window that stopped hearing of its own properties, so that no later write was
 // ever made: a read that was on its way when a write took effect asked the pasteboard itself.
 TEST(X11PasteboardServing, WritesOnAfterARequestInItsOwnName) {
     X11PasteboardRig rig;
     writeHtml(rig, patternOf(1'000'000));
-    auto connection = x11::connectToServer();
-    ASSERT_TRUE(connection);
-    x11::AtomTable atoms(connection->get());
-    const xcb_atom_t clipboard = atoms.atom("CLIPBOARD");
-    const x11::XcbPtr<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
-        connection->get(), xcb_get_selection_owner(connection->get(), clipboard), nullptr));
-    ASSERT_TRUE(owner);
+    RawClient client;
+    const xcb_window_t owner = client.clipboardOwner();
     for (const char* target : {"text/html", kMarkerTarget}) {
-        xcb_convert_selection(connection->get(), owner->owner, clipboard, atoms.atom(target),
-                              atoms.atom("ANSWER"), XCB_CURRENT_TIME);
+        client.ask(owner, target);
     }
     // A whole paste through the same queue says that both requests were handled.
-    xcb_flush(connection->get());
     ASSERT_TRUE(rig.paste(kMarkerTarget));
     writeHtml(rig, "later");
     EXPECT_EQ(rig.paste("text/html")->bytes, "later");
+}
+
+// Guards against an append that failed for ever, and every later write with it: any program can
+// give a property of our window another type.
+TEST(X11PasteboardServing, WritesOnAfterAnotherProgramWroteItsProperties) {
+    X11PasteboardRig rig;
+    writeHtml(rig, "earlier");
+    RawClient client;
+    client.setProperty(client.clipboardOwner(), "QUILLO_TIME", 1);
+    writeHtml(rig, "later");
+    EXPECT_EQ(rig.paste("text/html")->bytes, "later");
+}
+
+TEST(X11PasteboardServing, DropsATransferWhosePartsNobodyTakes) {
+    x11::PasteboardLimits limits;
+    limits.idleTransfer = 100ms;
+    X11PasteboardRig rig(limits);
+    writeHtml(rig, patternOf(1'000'000));
+    RawClient client;
+    client.ask(client.window(), "text/html");
+    ASSERT_TRUE(waitUntil([&] { return client.takeAnswer() == "INCR"; }));
+    ASSERT_TRUE(waitUntil([&] { return !client.isWatched(); }));
+    EXPECT_EQ(client.takeAnswer(), "text/html") << "the part that was under way stays";
+    // A whole paste through the same queue says that the taking was handled.
+    ASSERT_TRUE(rig.paste(kMarkerTarget));
+    EXPECT_EQ(client.takeAnswer(), "") << "no further part comes";
 }
 
 TEST(X11PasteboardServing, GivesToXclip) {

@@ -13,6 +13,7 @@
 namespace quillo::testing {
 
 using namespace Qt::StringLiterals;
+using x11::waitForServer;
 using x11::XcbPtr;
 
 namespace {
@@ -28,11 +29,6 @@ x11::Connection connected() {
         connection->get(), xcb_xkb_use_extension(connection->get(), 1, 0), nullptr));
     EXPECT_TRUE(used);
     return std::move(*connection);
-}
-
-void roundTrip(xcb_connection_t* connection) {
-    const XcbPtr<xcb_get_input_focus_reply_t> reply(
-        xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
 }
 
 QList<xcb_keysym_t> symbolsOfKey(xcb_connection_t* connection, xcb_keycode_t key) {
@@ -56,7 +52,7 @@ Typist::~Typist() {
 
 void Typist::fake(xcb_keycode_t key, uint8_t type) {
     xcb_test_fake_input(connection(), type, key, XCB_CURRENT_TIME, XCB_WINDOW_NONE, 0, 0, 0);
-    roundTrip(connection());
+    waitForServer(connection());
 }
 
 void Typist::press(xcb_keycode_t key) {
@@ -92,12 +88,12 @@ uint8_t Typist::lockedModifiers() const {
 
 void Typist::useLayout(uint8_t number) {
     xcb_xkb_latch_lock_state(connection(), XCB_XKB_ID_USE_CORE_KBD, 0, 0, 1, number, 0, 0, 0);
-    roundTrip(connection());
+    waitForServer(connection());
 }
 
 void Typist::clearLocks() {
     xcb_xkb_latch_lock_state(connection(), XCB_XKB_ID_USE_CORE_KBD, 0xff, 0, 0, 0, 0, 0, 0);
-    roundTrip(connection());
+    waitForServer(connection());
 }
 
 xkb_keysym_t Typist::symbolOf(xcb_keycode_t key) const {
@@ -112,7 +108,7 @@ KeyWindow::KeyWindow() : m_connection(connected()), m_window(xcb_generate_id(m_c
                       XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK, values);
     xcb_map_window(connection, m_window);
     xcb_set_input_focus(connection, XCB_INPUT_FOCUS_POINTER_ROOT, m_window, XCB_CURRENT_TIME);
-    roundTrip(connection);
+    waitForServer(connection);
     EXPECT_TRUE(waitUntil([this] { return hasFocus(); }));
 }
 

@@ -7,11 +7,13 @@ import pathlib
 import shutil
 import signal
 import sqlite3
+import struct
 import subprocess
 import sys
 import tempfile
 import time
 import unittest
+import zlib
 
 KINDS = {0: "text", 1: "rtf", 2: "html", 3: "image", 4: "file"}
 HERE = pathlib.Path(__file__).resolve().parent
@@ -40,6 +42,21 @@ def run(*command, data=None, check=True, timeout=DEADLINE):
     if check and done.returncode != 0:
         raise Failure(f"{command[0]} failed: {done.stderr.decode(errors='replace').strip()}")
     return done.stdout
+
+
+def png(width, height, rows):
+    """A PNG of eight-bit RGB whose compressed rows are given as they are to be in the file."""
+    def chunk(kind, data):
+        return (struct.pack(">I", len(data)) + kind + data
+                + struct.pack(">I", zlib.crc32(kind + data)))
+    return (b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", struct.pack(">IIBBBBB", width, height, 8, 2, 0, 0, 0))
+            + chunk(b"IDAT", rows) + chunk(b"IEND", b""))
+
+
+def noise_png(width, height):
+    """A picture that is large as a file too."""
+    rows = b"".join(b"\0" + os.urandom(3 * width) for _ in range(height))
+    return png(width, height, zlib.compress(rows, 0))
 
 
 def xdotool(*arguments, check=True):
@@ -274,8 +291,11 @@ class ReplayOwner:
         self.output = output
         self.wait_until("ready")
 
+    def said(self):
+        return self.output.read_text().split()
+
     def wait_until(self, word):
-        wait_for(lambda: word in self.output.read_text().split(), f"the owner to say {word}")
+        wait_for(lambda: word in self.said(), f"the owner to say {word}")
 
     def signal(self, number):
         self.process.send_signal(number)
@@ -308,6 +328,14 @@ class QuilloTest(unittest.TestCase):
         self.desktop.copy(data, target)
         self.quillo.wait_for_log(("Saved new", "bumped to front"), mark)
         return wait_for(lambda: (now := self.newest()) != before and now, "the newest clip")
+
+    def assert_panel_comes(self):
+        """Whatever other programs do, the hotkey shows the panel; it is then closed again."""
+        xdotool("key", "super+shift+v")
+        wait_for(self.quillo.panel, "the panel", 2)
+        key("Escape")
+        self.quillo.wait_until_hidden()
+        time.sleep(0.35)  # The hotkey's debounce.
 
     def assert_new_log(self, text, since):
         try:

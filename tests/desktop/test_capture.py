@@ -9,12 +9,11 @@ import sqlite3
 import struct
 import subprocess
 import sys
-import time
 import unittest
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent))
 from desktop import (  # noqa: E402
-    Desktop, Quillo, QuilloTest, ReplayOwner, key, wait_for, xdotool)
+    Desktop, Quillo, QuilloTest, ReplayOwner, key, wait_for)
 
 DATA = pathlib.Path(__file__).resolve().parent.parent / "data" / "clipboard"
 MARKER = "com.quillohq.Quillo.marker"
@@ -245,23 +244,6 @@ class CaptureTest(QuilloTest):
         wait_for(lambda: self.newest()["plaintext"] == "the older one", "the chosen clip's dates")
         self.assertEqual(len(self.quillo.rows()), count)
         self.assertNotIn("Detected:", self.quillo.log_since(mark))
-
-    def test_a_program_that_does_not_answer_stops_neither_panel_nor_capture(self):
-        text = self.desktop.folder / "unanswered"
-        text.write_text("never given")
-        for behaviour in ("--never-answer", "--never-answer-targets"):
-            with self.subTest(behaviour):
-                owner = ReplayOwner(self.desktop, behaviour, "--log", self.desktop.folder / "asked",
-                                    "--target", f"UTF8_STRING:UTF8_STRING:{text}")
-                wait_for((self.desktop.folder / "asked").exists, "the first question")
-                xdotool("key", "super+shift+v")
-                wait_for(self.quillo.panel, "the panel", 2)
-                key("Escape")
-                self.quillo.wait_until_hidden()
-                time.sleep(0.35)  # The hotkey's debounce.
-                self.copy(f"after {behaviour}")
-                self.desktop.end(owner.process)
-                (self.desktop.folder / "asked").unlink()
 
 
 class LifetimeTest(unittest.TestCase):

@@ -176,7 +176,25 @@ class StoreTest(unittest.TestCase):
             other.execute("ROLLBACK")
         self.quillo.wait_for_text("copied during the lock")
 
-    def test_a_full_disk_drops_the_one_capture_and_says_so(self):
+    def test_a_lock_that_stays_holds_captures_in_memory_in_their_order(self):
+        self.put(self.template)
+        self.quillo.start()
+        with contextlib.closing(sqlite3.connect(self.store, isolation_level=None)) as other:
+            other.execute("BEGIN IMMEDIATE")
+            mark = self.quillo.mark()
+            self.desktop.copy("the first during the lock")
+            self.quillo.wait_for_log("The store is locked", mark)
+            mark = self.quillo.mark()
+            self.desktop.copy("the second during the lock")
+            self.quillo.wait_for_log("Detected: TEXT", mark)
+            self.assertEqual(len(self.quillo.rows()), 1)
+            other.execute("ROLLBACK")
+        self.quillo.wait_for_text("the second during the lock")
+        self.assertEqual([r["plaintext"] for r in self.quillo.rows()],
+                         ["the second during the lock", "the first during the lock", SEED])
+
+    def small_disk(self):
+        """A disk of 4 MB with the store's folder on it; skips where it cannot be mounted."""
         disk = self.desktop.folder / "disk"
         disk.mkdir()
         mounted = subprocess.run(["mount", "-t", "tmpfs", "-o", "size=4m", "tmpfs", disk],
@@ -185,12 +203,32 @@ class StoreTest(unittest.TestCase):
             self.skipTest("no right to mount a small disk: " + mounted.stderr.decode().strip())
         self.addCleanup(lambda: subprocess.run(["umount", "-l", disk], check=True))
         self.quillo.data = disk / "Quillo"
-        self.quillo.start(env={"XDG_DATA_HOME": str(disk)})
-        self.copy_stored("while there is room")
+        return disk
+
+    @staticmethod
+    def fill(disk):
         with (open(disk / "filler", "wb", buffering=0) as filler,
               contextlib.suppress(OSError)):
             while True:
                 filler.write(b"x" * 4096)
+
+    def test_a_disk_that_is_full_at_the_start_costs_nothing_once_there_is_room(self):
+        disk = self.small_disk()
+        self.fill(disk)
+        mark = self.quillo.mark()
+        self.quillo.start(env={"XDG_DATA_HOME": str(disk)})
+        self.assertIn(IN_MEMORY, self.quillo.log_since(mark))
+        self.copy("copied to a full disk")
+        (disk / "filler").unlink()
+        self.quillo.wait_for_log("Core Data store loaded successfully", mark, RETRIED)
+        self.quillo.wait_for_text("copied to a full disk")
+        self.assertEqual(self.put_aside(), [])
+
+    def test_a_full_disk_drops_the_one_capture_and_says_so(self):
+        disk = self.small_disk()
+        self.quillo.start(env={"XDG_DATA_HOME": str(disk)})
+        self.copy_stored("while there is room")
+        self.fill(disk)
         mark = self.quillo.mark()
         self.desktop.copy("too much for the disk " * 10000)
         self.quillo.wait_for_log("Error saving clip", mark)

@@ -148,6 +148,17 @@ TEST(ImageCodec, RefusesAFrameOnAScreenBeyondTheBounds) {
     EXPECT_EQ(image.error().kind, ErrorKind::TooLarge);
 }
 
+// Found by fuzzing: a few hundred bytes announced 64 by 40, and the decoder made room for 16,384
+// by 10,240.
+TEST(ImageCodec, RefusesAGridBeyondTheAnnouncedSize) {
+    constexpr qsizetype kOffsetOfTheGrid = 148;
+    QByteArray bytes = testImage("plain.heic");
+    bytes[kOffsetOfTheGrid] = 1;
+    const auto image = QtImageCodec().decode(bytes);
+    ASSERT_FALSE(image.has_value());
+    EXPECT_EQ(image.error().kind, ErrorKind::TooLarge);
+}
+
 TEST(ImageCodec, KnowsWhatIsNoImage) {
     const QtImageCodec codec;
     for (const QByteArray& bytes :

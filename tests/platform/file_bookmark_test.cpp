@@ -98,6 +98,11 @@ TEST_F(FileBookmarkTest, BytesThatAreNoBookmarkAreMalformed) {
         {"text", "file:///tmp/a"},
         {"cut off", good.chopped(1)},
         {"nested", QByteArray(5000, '\x81')},
+        {"a map that ends at a key", QByteArray("\xa7"
+                                                "file:-+/.\0\0\0\x13\0\x02"
+                                                "d/'t:\n"
+                                                "fiE",
+                                                25)},
         {"an array that claims to be huge", QByteArray("\x9b\x7f\xff\xff\xff\xff\xff\xff\xff", 9)},
         {"a newer version", changed(good, u"v"_s, 2)},
         {"a relative path", changed(good, u"path"_s, QByteArray("etc/passwd"))},
@@ -130,6 +135,7 @@ TEST(NormalizedFileUrl, SpellingsOfOneFileAreOneAddress) {
         {"file:////tmp/a", "file:///tmp/a"},
         {"file:///", "file:///"},
         {"file:///tmp/%E9/../%e9", "file:///tmp/%E9"},
+        {"file:///tmp/%E9/../%5D", "file:///tmp/]"},
     };
     for (const auto& [spelling, normalized] : rows) {
         const std::optional<QUrl> url = normalizedFileUrl(QUrl::fromEncoded(spelling));

@@ -9,6 +9,7 @@
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QTemporaryDir>
+#include <atomic>
 #include <limits>
 
 #include "support/wait_until.h"
@@ -121,6 +122,7 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(ForeignFile{"cut_off", R"({"appTheme":"da)"},
                       ForeignFile{"an_array", R"(["appTheme"])"}, ForeignFile{"empty", ""},
                       ForeignFile{"not_utf8", QByteArray("\xff\xfe{\0}\0", 6)},
+                      ForeignFile{"a_key_with_a_mark", "{\"\xef\xbb\xbfkey\":1}"},
                       ForeignFile{"too_large",
                                   R"({"appTheme":"dark"})" + QByteArray(1024 * 1024, ' ')}),
     [](const auto& row) { return std::string(row.param.name); });
@@ -197,14 +199,37 @@ TEST_F(JsonUserDefaultsTest, RefusesWhatJsonCannotHold) {
     EXPECT_EQ(defaults.real(u"panelCustomX"_s), 12.5);
 }
 
-TEST_F(JsonUserDefaultsTest, AFolderThatCannotBeWrittenCostsNoValue) {
+TEST_F(JsonUserDefaultsTest, AFolderThatCannotBeWrittenCostsNoValueAndIsTriedAgain) {
+    static std::atomic<int> errors;
+    errors = 0;
+    const auto previous =
+        qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString&) {
+            errors += type == QtCriticalMsg ? 1 : 0;
+        });
     JsonUserDefaults defaults(m_home.filePath(u"file/settings.json"_s));
     QDir(m_home.filePath(u"file"_s)).removeRecursively();
     QFile inTheWay(m_home.filePath(u"file"_s));
     ASSERT_TRUE(inTheWay.open(QIODevice::WriteOnly));
     defaults.setObject(u"appTheme"_s, u"dark"_s);
     EXPECT_FALSE(defaults.flush());
+    EXPECT_FALSE(defaults.flush());
+    qInstallMessageHandler(previous);
+    EXPECT_EQ(errors, 1) << "said once";
     EXPECT_EQ(defaults.string(u"appTheme"_s), u"dark"_s);
+    ASSERT_TRUE(inTheWay.remove());
+    m_path = m_home.filePath(u"file/settings.json"_s);
+    EXPECT_TRUE(waitUntil([this] { return stored().size() == 1; })) << "written by itself";
+}
+
+TEST_F(JsonUserDefaultsTest, AValueSetDuringAWriteIsWrittenNext) {
+    {
+        JsonUserDefaults defaults(m_path);
+        defaults.setObject(u"a"_s, 1);
+        QCoreApplication::processEvents();  // Begins the write and does not wait for it.
+        defaults.setObject(u"a"_s, 2);
+        defaults.setObject(u"b"_s, 1);
+    }
+    EXPECT_EQ(stored(), (QJsonObject{{u"a"_s, 2}, {u"b"_s, 1}}));
 }
 
 }  // namespace

@@ -148,6 +148,7 @@ TEST(PasteboardReading, TakesTheMostFaithfulTextThatIsGiven) {
          {given("text/plain", "\xa4", "text/plain;charset=ISO-8859-15")},
          u"€"_s},
         {"Latin-1", {given("STRING", "gr\xfc\xdf")}, u"grüß"_s},
+        {"Latin-1 that ends like a cut UTF-8 sequence", {given("STRING", "caf\xe9")}, u"café"_s},
         {"UTF-8 that calls itself Latin-1", {given("STRING", "gr\xc3\xbc\xc3\x9f")}, u"grüß"_s},
         {"compound text",
          {given("TEXT", "\xfc \x1b$(BF|K\\\x1b(B\x1b%G\xf0\x9f\x8e\x89\x1b%@!", "COMPOUND_TEXT")},
@@ -166,6 +167,11 @@ TEST(PasteboardReading, TakesTheMostFaithfulTextThatIsGiven) {
          u"a\ufffd"
          "b"_s},
         {"an unknown charset", {given("text/plain;charset=x-none", "plain")}, u"plain"_s},
+        {"half a character in UTF-16",
+         {given("text/plain;charset=utf-16", QByteArray("a\0\x3d\xd8z\0", 6))},
+         u"a\ufffdz"_s},
+        {"half a character as an escape", gtk(given("text/plain", "\\ud83d!")), u"\ufffd!"_s},
+        {"both halves as escapes", gtk(given("text/plain", "\\ud83c\\udf89")), u"🎉"_s},
     };
     for (const Row& row : table) {
         SCOPED_TRACE(row.name);
@@ -192,6 +198,14 @@ TEST(PasteboardReading, GivesHtmlAsUtf8) {
         EXPECT_EQ(reading.data(PasteboardType::Html), page.toUtf8());
         EXPECT_EQ(reading.kept().representations.value(0).reply.bytes, bytes) << "kept as it came";
     }
+}
+
+// Found by fuzzing: the bytes came through as they were, and no reader took them for UTF-8.
+TEST(PasteboardReading, KeepsHtmlThatIsCutWithinACharacter) {
+    const QByteArray begin = "<meta charset=utf-8>ü";
+    FakePasteboard pasteboard;
+    auto reading = readingOf(pasteboard, {given("text/html", begin + "\xe6")});
+    EXPECT_EQ(reading.data(PasteboardType::Html), begin + "\ufffd");
 }
 
 TEST(PasteboardReading, FindsAddresses) {

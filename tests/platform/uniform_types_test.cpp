@@ -123,7 +123,8 @@ TEST(UniformTypes, WhatTheSharedDatabaseAddsIsNoImageUnlessItIsOne) {
 
 TEST(UniformTypes, UnknownExtensionsHaveNone) {
     for (const QString& extension :
-         {u""_s, u"makefile"_s, u"no such"_s, u"a/b"_s, u"*"_s, QString(100'000, u'x')}) {
+         {u""_s, u"makefile"_s, u"no such"_s, u"a/b"_s, u"*"_s, QString(100'000, u'x'),
+          QString(u"ep.zic]mmp"_s + QString(36, QChar(u'\0')) + u".zip"_s)}) {
         EXPECT_FALSE(uniformTypeForExtension(extension)) << extension.left(20).toStdString();
     }
 }

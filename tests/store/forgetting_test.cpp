@@ -2,6 +2,7 @@
 #include <random>
 
 #include "model/clip_history.h"
+#include "model/pinboard.h"
 #include "model/store/page_scrubber.h"
 #include "store_fixture.h"
 
@@ -141,6 +142,54 @@ TEST(PageScrubberTest, ClearsOnlyTheGapOfWellFormedTreePages) {
         EXPECT_EQ(zeros, row.cleared) << row.name;
         EXPECT_FALSE(clearUnallocatedBytes(bytes, false)) << row.name;
     }
+}
+
+TEST_F(ForgettingTest, DeletingEverythingIsFinishedByTheNextStart) {
+    onStore([this](ObjectContext& context) {
+        for (int i = 0; i < 50; ++i) {
+            const auto clip = Clip::create(context, clock.now());
+            clip->setPlaintext(u"TOPSECRET"_s);
+            clip->setImageData(QByteArray("PICTURE!").repeated(2'000));
+            context.relate(clip->objectId(), Relationship::ClipPinboards,
+                           context.insert<Pinboard>()->objectId());
+        }
+        EXPECT_TRUE(context.save());
+    });
+    QTemporaryDir killed;
+    onStore([&](ObjectContext& context) {
+        EXPECT_EQ(context.batchDelete({}).value().size(), 50);
+        // The files as a process leaves them that is killed here.
+        QDir(killed.path()).mkdir(u"Quillo"_s);
+        for (const QString& suffix : {u""_s, u"-wal"_s}) {
+            QFile::copy(filePath() + suffix, killed.filePath(u"Quillo/Quillo.sqlite"_s) + suffix);
+        }
+    });
+    EXPECT_FALSE(fileBytes().contains("PICTURE!"));
+    close();
+    folder.swap(killed);
+    ASSERT_TRUE(fileBytes().contains("TOPSECRET"));
+    ASSERT_TRUE(fileBytes().contains("PICTURE!"));
+    open();
+    controller->waitUntilIdle();
+    EXPECT_FALSE(fileBytes().contains("TOPSECRET"));
+    EXPECT_FALSE(fileBytes().contains("PICTURE!"));
+    const auto raw = SqliteDatabase::open(filePath().toUtf8());
+    // The one free page is that of the marker.
+    for (const auto& [query, expected] : std::initializer_list<std::pair<QByteArray, int>>{
+             {"SELECT count(*) FROM Clip", 0},
+             {"SELECT rows FROM RowCount WHERE entity = 0", 0},
+             {"SELECT count(*) FROM Pinboard", 50},
+             {"SELECT count(*) FROM ClipPinboards", 0},
+             {"SELECT count(*) FROM Tombstone", 50},
+             {"SELECT count(*) FROM ChangeLog WHERE entity = 0 AND change = 2", 50},
+             {"SELECT count(*) FROM ChangeLog WHERE entity = 1 AND change = 1", 100},
+             {"PRAGMA freelist_count", 1}}) {
+        EXPECT_EQ((*raw)->queryInteger(query), expected) << query.constData();
+    }
+    addText(u"counted again"_s);
+    EXPECT_EQ(controller->viewContext().count({}).value(), 1);
+    onStore([](ObjectContext& context) { EXPECT_EQ(context.batchDelete({}).value().size(), 1); });
+    EXPECT_EQ(controller->viewContext().count({}).value(), 0);
 }
 
 TEST_F(ForgettingTest, ErasingTracesRemovesStoresSetAside) {

@@ -268,6 +268,9 @@ TEST_F(ObjectContextTest, TheChangeLogAndTheTombstonesArePruned) {
     {
         const auto database = SqliteDatabase::open(filePath().toUtf8());
         ASSERT_TRUE((*database)->execute("INSERT INTO ChangeLog VALUES(20222, 0, x'', 0, '')"));
+        ASSERT_TRUE((*database)->execute(
+            "INSERT INTO Tombstone WITH RECURSIVE n(i) AS (VALUES(1) UNION ALL SELECT i + 1 FROM n "
+            "WHERE i < 10500) SELECT randomblob(16), 0, 9000000000000000 + i FROM n"));
     }
     onStore([&](ObjectContext& context) {
         for (int i = 0; i < 300; ++i) {
@@ -276,7 +279,8 @@ TEST_F(ObjectContextTest, TheChangeLogAndTheTombstonesArePruned) {
         ASSERT_TRUE(context.save());
     });
     const auto database = SqliteDatabase::open(filePath().toUtf8());
-    EXPECT_EQ((*database)->queryInteger("SELECT count(*) FROM Tombstone"), 0);
+    EXPECT_EQ((*database)->queryInteger("SELECT count(*) FROM Tombstone"), 10000);
+    EXPECT_EQ((*database)->queryInteger("SELECT min(deletedAt) FROM Tombstone"), 9000000000000501);
     EXPECT_EQ((*database)->queryInteger("SELECT count(*) FROM ChangeLog WHERE number < 10000"), 0);
     EXPECT_EQ((*database)->queryInteger("SELECT max(number) FROM ChangeLog"), 20522);
 }

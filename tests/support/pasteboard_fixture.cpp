@@ -14,7 +14,7 @@ namespace quillo::testing {
 namespace {
 
 QDir clipboardFolder() {
-    return QDir(QFileInfo(QString::fromUtf8(__FILE__)).dir().filePath(u"../data/clipboard"_s));
+    return QDir(QStringLiteral(QUILLO_TEST_DATA "/clipboard"));
 }
 
 QByteArray contentsOf(const QString& path) {

@@ -18,6 +18,8 @@
 #include <csignal>
 #include <cstdio>
 #include <list>
+#include <optional>
+#include <utility>
 #include <vector>
 
 #include "platform/x11/xcb_support.h"
@@ -36,12 +38,26 @@ constexpr const char* kUsage =
     "  [--never-answer]      ignores every request but TARGETS\n"
     "  [--never-answer-targets]  ignores every request\n"
     "  [--delay-ms N]        waits before each answer\n"
-    "  [--trickle]           one byte per part, 20 ms apart\n"
+    "  [--trickle MS]        one byte per part, so many milliseconds apart\n"
     "  [--die-mid-transfer]  ends after the second part of a large reply\n"
-    "  [--lie-size]          announces a size of 0 for a large reply\n"
-    "Prints 'ready' when it owns the selection and 'lost' when another program takes it.\n"
+    "  [--announce BYTES]    announces another size than a large reply has\n"
+    "  [--invent N:LENGTH]   offers so many more targets, with names of that length\n"
+    "  [--answer-in NAME]    answers in a property of that name instead of the one asked for\n"
+    "  [--format BITS]       claims that the answers consist of 8, 16 or 32 bit units\n"
+    "  [--twice]             answers everything twice\n"
+    "  [--unasked]           says before each answer that others are there which nobody asked for\n"
+    "  [--retake N]          takes the selection anew at each of the first N requests\n"
+    "  [--follow]            copies once for each line of standard input, which holds the targets\n"
+    "                        NAME:TYPE:FILE with tabs between them, and ends with the input\n"
+    "  [--save-each]         then asks the clipboard manager to save each, as SIGUSR2 does\n"
+    "Prints 'ready' when it owns the selection, 'lost' when another program takes it and "
+    "'x-error'\n"
+    "for an error of the display server; with --follow also 'asked' at the first request for a "
+    "copy.\n"
     "SIGUSR1 clears it. SIGUSR2 asks the clipboard manager to save it and prints 'saved' or\n"
     "'refused'. SIGTERM ends.\n";
+
+const QList<QByteArray> kOwnTargets = {"TARGETS", "TIMESTAMP"};
 
 struct Reply {
     QByteArray type;
@@ -57,8 +73,16 @@ struct Options {
     bool neverAnswer = false;
     bool neverAnswerTargets = false;
     bool trickle = false;
+    int trickleMs = 0;
     bool dieMidTransfer = false;
-    bool lieSize = false;
+    std::optional<std::uint32_t> announced;
+    QByteArray answerIn;
+    std::uint8_t format = 0;  ///< The true one where it is 0.
+    bool twice = false;
+    bool unasked = false;
+    int retakes = 0;
+    bool follow = false;
+    bool saveEach = false;
 };
 
 struct Transfer {
@@ -103,9 +127,16 @@ void addTarget(Options& options, const QString& argument) {
     options.replies.insert(name, {parts.at(parts.size() - 2).toUtf8(), contentsOf(parts.last())});
 }
 
+void inventTargets(Options& options, const QStringList& countAndLength) {
+    for (int i = 0; i < countAndLength.value(0).toInt(); ++i) {
+        options.order.append(
+            (QByteArray::number(i) + '-').leftJustified(countAndLength.value(1).toInt(), 'x'));
+    }
+}
+
 Options parse(const QStringList& arguments) {
     Options options;
-    options.order = {"TARGETS", "TIMESTAMP"};
+    options.order = kOwnTargets;
     for (qsizetype i = 1; i < arguments.size(); ++i) {
         const QString& name = arguments.at(i);
         const QString value = arguments.value(i + 1);
@@ -113,12 +144,16 @@ Options parse(const QStringList& arguments) {
             options.neverAnswer = true;
         } else if (name == "--never-answer-targets"_L1) {
             options.neverAnswer = options.neverAnswerTargets = true;
-        } else if (name == "--trickle"_L1) {
-            options.trickle = true;
         } else if (name == "--die-mid-transfer"_L1) {
             options.dieMidTransfer = true;
-        } else if (name == "--lie-size"_L1) {
-            options.lieSize = true;
+        } else if (name == "--twice"_L1) {
+            options.twice = true;
+        } else if (name == "--unasked"_L1) {
+            options.unasked = true;
+        } else if (name == "--follow"_L1) {
+            options.follow = true;
+        } else if (name == "--save-each"_L1) {
+            options.saveEach = true;
         } else if (value.isEmpty()) {
             std::fputs(kUsage, stderr);
             std::exit(2);
@@ -137,6 +172,19 @@ Options parse(const QStringList& arguments) {
                 options.chunk = value.toLongLong();
             } else if (name == "--delay-ms"_L1) {
                 options.delayMs = value.toInt();
+            } else if (name == "--trickle"_L1) {
+                options.trickle = true;
+                options.trickleMs = value.toInt();
+            } else if (name == "--announce"_L1) {
+                options.announced = value.toUInt();
+            } else if (name == "--invent"_L1) {
+                inventTargets(options, value.split(u':'));
+            } else if (name == "--answer-in"_L1) {
+                options.answerIn = value.toUtf8();
+            } else if (name == "--format"_L1) {
+                options.format = static_cast<std::uint8_t>(value.toUInt());
+            } else if (name == "--retake"_L1) {
+                options.retakes = value.toInt();
             } else {
                 std::fputs(kUsage, stderr);
                 std::exit(2);
@@ -168,21 +216,27 @@ public:
         }
         sigprocmask(SIG_BLOCK, &signals, nullptr);
         const int signalFd = signalfd(-1, &signals, SFD_NONBLOCK | SFD_CLOEXEC);
-        // An append of nothing brings the server's time; with it the selection is taken.
-        xcb_change_property(m_connection.get(), XCB_PROP_MODE_APPEND, m_window, XCB_ATOM_WM_NAME,
-                            XCB_ATOM_STRING, 8, 0, nullptr);
+        if (!m_options.follow) {
+            takeSelection();
+        }
         while (xcb_connection_has_error(m_connection.get()) == 0) {
             while (
                 const XcbPtr<xcb_generic_event_t> event{xcb_poll_for_event(m_connection.get())}) {
                 handle(*event);
             }
             xcb_flush(m_connection.get());
-            std::array<pollfd, 2> descriptors{
-                {{xcb_get_file_descriptor(m_connection.get()), POLLIN, 0}, {signalFd, POLLIN, 0}}};
+            std::array<pollfd, 3> descriptors{
+                {{xcb_get_file_descriptor(m_connection.get()), POLLIN, 0},
+                 {signalFd, POLLIN, 0},
+                 {m_options.follow ? STDIN_FILENO : -1, POLLIN, 0}}};
             ::poll(descriptors.data(), descriptors.size(), -1);
+            if (descriptors[2].revents != 0 && !readCopies()) {
+                return 0;
+            }
             signalfd_siginfo info{};
             while (::read(signalFd, &info, sizeof info) == sizeof info) {
                 if (info.ssi_signo == SIGTERM) {
+                    sayLateErrors();
                     return 0;
                 }
                 handleSignal(static_cast<int>(info.ssi_signo));
@@ -192,15 +246,51 @@ public:
     }
 
 private:
+    void sayLateErrors() {
+        quillo::x11::waitForServer(m_connection.get());
+        while (const XcbPtr<xcb_generic_event_t> event{xcb_poll_for_event(m_connection.get())}) {
+            if (event->response_type == 0) {
+                handle(*event);
+            }
+        }
+    }
+
     void handleSignal(int number) {
         if (number == SIGUSR1) {
             xcb_set_selection_owner(m_connection.get(), XCB_WINDOW_NONE, m_clipboard, m_time);
         } else {
-            xcb_convert_selection(m_connection.get(), m_window, m_atoms.atom("CLIPBOARD_MANAGER"),
-                                  m_atoms.atom("SAVE_TARGETS"), m_atoms.atom("REPLAY_SAVE"),
-                                  m_time);
+            askToSave();
         }
         xcb_flush(m_connection.get());
+    }
+
+    void askToSave() {
+        xcb_convert_selection(m_connection.get(), m_window, m_atoms.atom("CLIPBOARD_MANAGER"),
+                              m_atoms.atom("SAVE_TARGETS"), m_atoms.atom("REPLAY_SAVE"), m_time);
+    }
+
+    /// An append of nothing brings the server's time; with it the selection is taken.
+    void takeSelection() {
+        m_time = XCB_CURRENT_TIME;
+        m_wasAsked = false;
+        xcb_change_property(m_connection.get(), XCB_PROP_MODE_APPEND, m_window, XCB_ATOM_WM_NAME,
+                            XCB_ATOM_STRING, 8, 0, nullptr);
+    }
+
+    /// Copies what the lines that have come whole say; false at the end of the input.
+    bool readCopies() {
+        std::array<char, 4096> bytes{};
+        const ssize_t size = ::read(STDIN_FILENO, bytes.data(), bytes.size());
+        m_input.append(bytes.data(), std::max<ssize_t>(size, 0));
+        for (qsizetype end = 0; (end = m_input.indexOf('\n')) >= 0; m_input.remove(0, end + 1)) {
+            m_options.order = kOwnTargets;
+            m_options.replies.clear();
+            for (const QString& target : QString::fromUtf8(m_input.first(end)).split(u'\t')) {
+                addTarget(m_options, target);
+            }
+            takeSelection();
+        }
+        return size > 0;
     }
 
     void handle(const xcb_generic_event_t& event) {
@@ -216,6 +306,9 @@ private:
                 say(answer.property != XCB_ATOM_NONE ? "saved" : "refused");
                 break;
             }
+            case 0:
+                say("x-error");
+                break;
             case XCB_SELECTION_CLEAR:
                 say("lost");
                 break;
@@ -232,6 +325,9 @@ private:
                 m_connection.get(), xcb_get_selection_owner(m_connection.get(), m_clipboard),
                 nullptr));
             say(owner && owner->owner == m_window ? "ready" : "failed");
+            if (m_options.saveEach) {
+                askToSave();
+            }
             return;
         }
         if (event.state == XCB_PROPERTY_DELETE) {
@@ -246,23 +342,41 @@ private:
         }
     }
 
-    void requested(const xcb_selection_request_event_t& request) {
+    void requested(xcb_selection_request_event_t request) {
         const QByteArray name = m_atoms.name(request.target);
         log(name);
+        if (m_options.follow && !std::exchange(m_wasAsked, true)) {
+            say("asked");
+        }
         if (m_options.neverAnswer && (m_options.neverAnswerTargets || name != "TARGETS")) {
             return;
         }
         if (m_options.delayMs > 0) {
             QThread::msleep(static_cast<unsigned long>(m_options.delayMs));
         }
+        if (m_options.retakes > 0) {
+            --m_options.retakes;
+            takeSelection();
+        }
+        if (m_options.unasked) {
+            answerWhatNobodyAsked(request);
+        }
+        if (!m_options.answerIn.isEmpty()) {
+            request.property = m_atoms.atom(m_options.answerIn);
+        }
+        for (int i = 0; i < (m_options.twice ? 2 : 1); ++i) {
+            answer(request, name);
+        }
+    }
+
+    void answer(const xcb_selection_request_event_t& request, const QByteArray& name) {
         if (name == "TARGETS") {
-            std::vector<xcb_atom_t> atoms;
+            QByteArray atoms;
             for (const QByteArray& target : m_options.order) {
-                atoms.push_back(m_atoms.atom(target));
+                const xcb_atom_t atom = m_atoms.atom(target);
+                atoms.append(reinterpret_cast<const char*>(&atom), sizeof atom);
             }
-            xcb_change_property(m_connection.get(), XCB_PROP_MODE_REPLACE, request.requestor,
-                                request.property, XCB_ATOM_ATOM, 32,
-                                static_cast<std::uint32_t>(atoms.size()), atoms.data());
+            write(request, XCB_ATOM_ATOM, 32, atoms);
             notify(request, true);
             return;
         }
@@ -275,18 +389,38 @@ private:
         notify(request, true);
     }
 
+    /// Refusals and answers for other targets, other properties and another selection.
+    void answerWhatNobodyAsked(const xcb_selection_request_event_t& request) {
+        auto other = request;
+        other.target = XCB_ATOM_CURSOR;
+        notify(other, false);
+        notify(other, true);
+        other.selection = XCB_ATOM_SECONDARY;
+        notify(other, true);
+        other = request;
+        other.property = XCB_ATOM_WM_NAME;
+        notify(other, true);
+    }
+
+    void write(const xcb_selection_request_event_t& request, xcb_atom_t type, std::uint8_t format,
+               const QByteArray& bytes) {
+        const std::uint8_t claimed = m_options.format != 0 ? m_options.format : format;
+        xcb_change_property(
+            m_connection.get(), XCB_PROP_MODE_REPLACE, request.requestor, request.property, type,
+            claimed, static_cast<std::uint32_t>(bytes.size() * 8 / claimed), bytes.constData());
+    }
+
     void send(const xcb_selection_request_event_t& request, const Reply& reply) {
         const xcb_atom_t type = m_atoms.atom(reply.type);
         if (reply.bytes.size() <= m_options.chunk && !m_options.trickle) {
-            xcb_change_property(
-                m_connection.get(), XCB_PROP_MODE_REPLACE, request.requestor, request.property,
-                type, 8, static_cast<std::uint32_t>(reply.bytes.size()), reply.bytes.constData());
+            write(request, type, 8, reply.bytes);
             return;
         }
         const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
         xcb_change_window_attributes(m_connection.get(), request.requestor, XCB_CW_EVENT_MASK,
                                      &events);
-        const auto size = m_options.lieSize ? 0U : static_cast<std::uint32_t>(reply.bytes.size());
+        const auto size =
+            m_options.announced.value_or(static_cast<std::uint32_t>(reply.bytes.size()));
         xcb_change_property(m_connection.get(), XCB_PROP_MODE_REPLACE, request.requestor,
                             request.property, m_atoms.atom("INCR"), 32, 1, &size);
         m_transfers.push_back({request.requestor, request.property, type, reply.bytes, 0, 0});
@@ -297,7 +431,7 @@ private:
             std::_Exit(3);
         }
         if (m_options.trickle) {
-            QThread::msleep(20);
+            QThread::msleep(static_cast<unsigned long>(m_options.trickleMs));
         }
         const qsizetype size = std::min(m_options.trickle ? 1 : m_options.chunk,
                                         transfer.bytes.size() - transfer.sent);
@@ -342,6 +476,8 @@ private:
     xcb_atom_t m_clipboard;
     xcb_window_t m_window;
     xcb_timestamp_t m_time = XCB_CURRENT_TIME;
+    bool m_wasAsked = false;
+    QByteArray m_input;
     std::list<Transfer> m_transfers;
 };
 

@@ -3,7 +3,11 @@
 
 #include <QMetaObject>
 #include <algorithm>
+#include <future>
 #include <utility>
+
+#include "model/clip.h"
+#include "model/persistence_controller.h"
 
 namespace quillo {
 namespace {
@@ -53,11 +57,11 @@ void ImageThumbnails::request(const QUuid& clip, QSize bounds) {
     if (m_running.contains(clip)) {
         return;
     }
-    QByteArray bytes = m_loader(clip);
     m_running.insert(clip);
     const quint64 generation = m_generation;
     m_pool.start(
-        [this, clip, bounds, bytes = std::move(bytes), generation] {
+        [this, clip, bounds, generation] {
+            const QByteArray bytes = m_loader(clip);
             const Result<QSize> size = m_codec.size(bytes);
             Result<QImage> image = m_codec.decodeScaled(bytes, bounds);
             QMetaObject::invokeMethod(
@@ -80,6 +84,17 @@ void ImageThumbnails::receive(const QUuid& clip, QSize bounds, QSize imageSize,
     const qsizetype cost = std::max<qsizetype>(1, image.sizeInBytes() / 1024);
     m_entries.insert(clip, new Entry{QPixmap::fromImage(image), bounds, imageSize}, cost);
     Q_EMIT ready(clip);
+}
+
+ImageThumbnails::Loader storedImageLoader(PersistenceController& persistence) {
+    return [&persistence](const QUuid& id) {
+        std::promise<QByteArray> promise;
+        persistence.perform([&](ObjectContext& context) {
+            const auto clip = context.object<Clip>(id);
+            promise.set_value(clip ? clip->imageData().value_or(QByteArray()) : QByteArray());
+        });
+        return promise.get_future().get();
+    };
 }
 
 }  // namespace quillo

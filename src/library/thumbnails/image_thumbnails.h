@@ -16,16 +16,18 @@
 
 namespace quillo {
 
-/// The pictures on cards: decoded on a worker at the size they are shown, newest request first,
-/// and kept within a bound. Main thread.
+class PersistenceController;
+
+/// The pictures on cards: read and decoded on a worker at the size they are shown, newest request
+/// first, and kept within a bound. Main thread.
 class ImageThumbnails final : public QObject {
     Q_OBJECT
 
 public:
-    /// Loads a clip's image bytes; runs on the main thread.
+    /// Loads a clip's image bytes, empty when there are none; runs on the worker and may block.
     using Loader = std::function<QByteArray(const QUuid&)>;
 
-    /// codec must outlive this.
+    /// codec and what the loader uses must outlive this; destruction waits for a running load.
     ImageThumbnails(const ImageCodec& codec, Loader loader, QObject* parent = nullptr);
     ~ImageThumbnails() override;
 
@@ -61,5 +63,9 @@ private:
     QThreadPool m_pool;
     int m_priority = 0;
 };
+
+/// Loads from the store, on the store's thread, in line with the captures. The controller must
+/// outlive the loader's calls.
+[[nodiscard]] ImageThumbnails::Loader storedImageLoader(PersistenceController& persistence);
 
 }  // namespace quillo

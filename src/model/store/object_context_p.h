@@ -54,6 +54,8 @@ public:
     void noteChange(StoredObject& object);
     Result<ChangeSet> writeInTransaction(bool* discardedContent);
     Result<ChangeSet> removeInTransaction(const FetchRequest& request);
+    Result<ChangeSet> removeEvery(Entity entity);
+    Result<void> checkTransaction(const SqliteDatabase& database) const;
     Result<void> writeAll(RecordWriter& writer);
     Result<void> writeInserted(RecordWriter& writer);
     Result<void> writeUpdated(RecordWriter& writer);

@@ -13,6 +13,29 @@ namespace {
 
 QUILLO_LOG_CATEGORY(lcContext, "ObjectContext")
 
+bool asksForEverything(const FetchRequest& request) {
+    return request.conditions.isEmpty() && request.ids.isEmpty() && request.limit == 0 &&
+           request.offset == 0;
+}
+
+/// How tables are emptied as a whole; both settings only take effect outside a transaction.
+class ClearingMode final {
+public:
+    explicit ClearingMode(SqliteDatabase& database) : m_database(database) { set("OFF"); }
+    ~ClearingMode() { set("ON"); }
+    ClearingMode(const ClearingMode&) = delete;
+    ClearingMode& operator=(const ClearingMode&) = delete;
+
+private:
+    // Neither touches the file, so neither can fail.
+    void set(const QByteArray& value) {
+        (void)m_database.execute("PRAGMA foreign_keys = " + value +
+                                 "; PRAGMA secure_delete = " + value);
+    }
+
+    SqliteDatabase& m_database;
+};
+
 }  // namespace
 
 // --- Saving.
@@ -41,6 +64,9 @@ Result<ChangeSet> ObjectContext::Private::writeInTransaction(bool* discardedCont
     const Lease connection = lease();
     StoreTransaction transaction(connection.database);
     vanished.clear();
+    if (auto sound = checkTransaction(connection.database); !sound) {
+        return std::unexpected(sound.error());
+    }
     if (auto begun = transaction.begin(); !begun) {
         return std::unexpected(begun.error());
     }
@@ -56,6 +82,15 @@ Result<ChangeSet> ObjectContext::Private::writeInTransaction(bool* discardedCont
     }
     *discardedContent = writer.discardedContent();
     return writer.changes();
+}
+
+// A failing disk can make SQLite undo the whole transaction by itself; what is written afterwards
+// would be committed alone.
+Result<void> ObjectContext::Private::checkTransaction(const SqliteDatabase& database) const {
+    if (transactionDepth > 0 && !database.inTransaction()) {
+        return failure(ErrorKind::Failed, u"The transaction was undone by an earlier failure."_s);
+    }
+    return {};
 }
 
 Result<void> ObjectContext::Private::writeAll(RecordWriter& writer) {
@@ -195,7 +230,9 @@ Result<void> ObjectContext::transaction(const std::function<Result<void>()>& wor
 }
 
 Result<QList<ObjectId>> ObjectContext::batchDelete(const FetchRequest& request) {
-    const auto changes = d->removeInTransaction(request);
+    const bool isEverything = d->transactionDepth == 0 && asksForEverything(request);
+    const auto changes =
+        isEverything ? d->removeEvery(request.entity) : d->removeInTransaction(request);
     if (!changes) {
         return std::unexpected(changes.error());
     }
@@ -203,10 +240,33 @@ Result<QList<ObjectId>> ObjectContext::batchDelete(const FetchRequest& request) 
         d->markDeleted(id);
     }
     if (!changes->deleted.isEmpty()) {
-        d->store.contentWasDiscarded();
+        isEverything ? d->store.everythingWasDiscarded() : d->store.contentWasDiscarded();
     }
     d->announce(*changes);
     return changes->deleted;
+}
+
+// In one transaction whose cost hardly grows with the number of records. What the freed pages hold
+// is cleared by the tidying that follows, after a crash by that of the next start.
+Result<ChangeSet> ObjectContext::Private::removeEvery(Entity entity) {
+    const Lease connection = lease();
+    const ClearingMode mode(connection.database);
+    StoreTransaction transaction(connection.database);
+    if (auto begun = transaction.begin(); !begun) {
+        return std::unexpected(begun.error());
+    }
+    RecordWriter writer(connection.database, store.m_clock.now());
+    auto done = writer.removeEvery(entity);
+    if (done) {
+        done = writer.prune();
+    }
+    if (done) {
+        done = transaction.commit();
+    }
+    if (!done) {
+        return std::unexpected(done.error());
+    }
+    return writer.changes();
 }
 
 // Inside a transaction there is no savepoint: it would hold the pages of a whole history.
@@ -221,7 +281,10 @@ Result<ChangeSet> ObjectContext::Private::removeInTransaction(const FetchRequest
     };
     Result<void> done;
     if (transactionDepth > 0) {
-        done = work();
+        done = checkTransaction(connection.database);
+        if (done) {
+            done = work();
+        }
         isTransactionDoomed = isTransactionDoomed || !done;
     } else {
         StoreTransaction transaction(connection.database);

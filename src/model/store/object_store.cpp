@@ -5,6 +5,7 @@
 
 #include "base/logging.h"
 #include "model/store/object_context_p.h"
+#include "model/store/store_schema.h"
 
 namespace quillo {
 namespace {
@@ -17,7 +18,8 @@ ObjectStore::ObjectStore(StoreConnections connections, const Clock& clock)
     : m_clock(clock), m_connections(std::move(connections)) {
     using Private = ObjectContext::Private;
     m_view.reset(new ObjectContext(std::make_unique<Private>(*this, Private::Role::View, nullptr)));
-    m_queue = std::make_unique<StoreQueue>([this] { return truncateLog(); });
+    m_queue = std::make_unique<StoreQueue>([this] { return tidyUp(); });
+    lookForUnclearedPages();
 }
 
 ObjectStore::~ObjectStore() {
@@ -61,8 +63,27 @@ void ObjectStore::publish(const ObjectContext* origin, const ChangeSet& changes)
     }
 }
 
-bool ObjectStore::truncateLog() {
-    const auto done = m_connections.writer->truncateLog();
+void ObjectStore::everythingWasDiscarded() {
+    m_hasUnclearedPages = true;
+    m_queue->requestTidyUp();
+}
+
+// A process that ended between deleting everything and clearing its pages leaves them to us.
+void ObjectStore::lookForUnclearedPages() {
+    if (hasUnclearedPages(*m_connections.writer).value_or(false)) {
+        everythingWasDiscarded();
+    }
+}
+
+bool ObjectStore::tidyUp() {
+    Result<void> done;
+    if (m_hasUnclearedPages.exchange(false)) {
+        done = rebuildFile(*m_connections.writer);
+        m_hasUnclearedPages = !done;
+    }
+    if (done) {
+        done = m_connections.writer->truncateLog();
+    }
     if (done) {
         return true;
     }
@@ -70,7 +91,7 @@ bool ObjectStore::truncateLog() {
     if (done.error().kind == ErrorKind::Busy) {
         return false;
     }
-    qCCritical(lcStore, "Cannot empty the write-ahead log: %s", qUtf8Printable(done.error().text));
+    qCCritical(lcStore, "Cannot clear what was deleted: %s", qUtf8Printable(done.error().text));
     return true;
 }
 
@@ -87,6 +108,7 @@ Result<void> ObjectStore::exchange(StoreConnections next, const Carry& carry) {
         return carried;
     }
     std::swap(m_connections, next);
+    lookForUnclearedPages();
     ChangeSet everything;
     everything.everything = true;
     publish(nullptr, everything);
@@ -94,9 +116,10 @@ Result<void> ObjectStore::exchange(StoreConnections next, const Carry& carry) {
 }
 
 Result<void> ObjectStore::compact() {
-    if (auto done = m_connections.writer->execute("VACUUM"); !done) {
+    if (auto done = rebuildFile(*m_connections.writer); !done) {
         return done;
     }
+    m_hasUnclearedPages = false;
     m_queue->requestTidyUp();
     return {};
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -45,12 +46,15 @@ private:
 
     void publish(const ObjectContext* origin, const ChangeSet& changes);
     void contentWasDiscarded() { m_queue->requestTidyUp(); }
-    [[nodiscard]] bool truncateLog();
+    void everythingWasDiscarded();
+    void lookForUnclearedPages();
+    [[nodiscard]] bool tidyUp();
     void runInContext(SqliteDatabase& database, const std::function<void(ObjectContext&)>& work);
 
     const Clock& m_clock;
     StoreConnections m_connections;
     std::recursive_mutex m_viewGate;  ///< Held while the view context uses its connection.
+    std::atomic<bool> m_hasUnclearedPages = false;
     std::mutex m_contextsMutex;
     ObjectContext* m_background = nullptr;
     std::unique_ptr<ObjectContext> m_view;

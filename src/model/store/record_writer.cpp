@@ -10,11 +10,9 @@ using namespace std::chrono_literals;
 namespace quillo {
 namespace {
 
-constexpr qint64 kLogRowsKept = 10'000;
 constexpr qint64 kPruneEvery = 256;
-constexpr qint64 kManyRows = 1'000;
-constexpr qint64 kRowsAtOnce = 256;
 constexpr auto kTombstoneLife = std::chrono::days(90);
+constexpr qint64 kTombstonesKept = 10'000;
 
 const AttributeDescription& description(const ObjectId& id, const AttributeValue& value) {
     return describe(id.entity).attributes[size_t(value.attribute)];
@@ -125,117 +123,6 @@ Result<void> RecordWriter::writeHeavy(const ObjectId& id, const QList<AttributeV
     return {};
 }
 
-Result<void> RecordWriter::remove(const ObjectId& id) {
-    return removeAll(
-        id.entity,
-        {QByteArray("SELECT id FROM ") + describe(id.entity).name + " WHERE id = ?", {key(id)}});
-}
-
-// The keys go through a temporary table, which is kept in memory, so that a whole history is
-// deleted by a handful of statements.
-Result<void> RecordWriter::removeAll(Entity entity, const StoreQuery& keys) {
-    const auto count = gatherDoomed(entity, keys);
-    if (!count || *count == 0) {
-        return count ? Result<void>() : std::unexpected(count.error());
-    }
-    m_logged += *count;
-    m_discardedContent = true;
-    const Value kind(qint64{std::to_underlying(entity)});
-    if (auto done = noteRelationEnds(entity); !done) {
-        return done;
-    }
-    if (auto done = run("INSERT INTO ChangeLog(entity, id, change, attributes) SELECT ?, id, ?, '' "
-                        "FROM temp.Doomed",
-                        {kind, Value(qint64(Change::Deleted))});
-        !done) {
-        return done;
-    }
-    if (auto done = run("INSERT OR REPLACE INTO Tombstone(id, entity, deletedAt) SELECT id, ?, ? "
-                        "FROM temp.Doomed",
-                        {kind, Value(m_now)});
-        !done) {
-        return done;
-    }
-    return deleteDoomed(entity, *count);
-}
-
-// In the order of their rows, so that neighbours go together; how many there are.
-Result<qint64> RecordWriter::gatherDoomed(Entity entity, const StoreQuery& keys) {
-    if (auto done = m_database.execute(
-            "CREATE TEMP TABLE IF NOT EXISTS Doomed(number INTEGER PRIMARY KEY, id BLOB NOT NULL); "
-            "DELETE FROM temp.Doomed");
-        !done) {
-        return std::unexpected(done.error());
-    }
-    const QByteArray table = describe(entity).name;
-    if (auto done = run("INSERT INTO temp.Doomed(id) SELECT id FROM " + table + " WHERE id IN (" +
-                            keys.sql + ") ORDER BY " + table + ".rowid",
-                        keys.bindings);
-        !done) {
-        return std::unexpected(done.error());
-    }
-    auto statement = m_database.prepare("SELECT id FROM temp.Doomed ORDER BY number");
-    Result<bool> row = false;
-    qint64 count = 0;
-    while (statement && (row = statement->step()) && *row) {
-        m_changes.deleted += ObjectId{entity, statement->uuid(0)};
-        ++count;
-    }
-    if (!statement || !row) {
-        return std::unexpected(statement ? row.error() : statement.error());
-    }
-    return count;
-}
-
-// A statement keeps the old pages until its end, so one statement does not delete a whole history.
-// Many rows lie on many pages: they get a larger cache for the time.
-Result<void> RecordWriter::deleteDoomed(Entity entity, qint64 count) {
-    const bool isMany = count > kManyRows;
-    if (isMany) {
-        (void)m_database.execute("PRAGMA cache_size = -32768");
-    }
-    const QByteArray sql = QByteArray("DELETE FROM ") + describe(entity).name +
-                           " WHERE id IN (SELECT id FROM temp.Doomed WHERE number BETWEEN ? AND ?)";
-    Result<void> done;
-    for (qint64 first = 1; done && first <= count; first += kRowsAtOnce) {
-        done = run(sql, {Value(first), Value(first + kRowsAtOnce - 1)});
-    }
-    if (isMany) {
-        (void)m_database.execute("PRAGMA cache_size = -2000; PRAGMA shrink_memory");
-    }
-    return done;
-}
-
-// The other ends of a deleted record's relations have changed too.
-Result<void> RecordWriter::noteRelationEnds(Entity deleted) {
-    for (const RelationshipDescription& relationship : relationshipModel()) {
-        const bool isClip = deleted == Entity::Clip;
-        if (!isClip && deleted != relationship.other) {
-            continue;
-        }
-        const QByteArray sql = QByteArray("SELECT DISTINCT ") + (isClip ? "other" : "clip") +
-                               " FROM " + relationship.table + " WHERE " +
-                               (isClip ? "clip" : "other") + " IN (SELECT id FROM temp.Doomed)";
-        QList<ObjectId> ends;
-        {
-            auto statement = m_database.prepare(sql);
-            Result<bool> row = false;
-            while (statement && (row = statement->step()) && *row) {
-                ends += ObjectId{isClip ? relationship.other : Entity::Clip, statement->uuid(0)};
-            }
-            if (!statement || !row) {
-                return std::unexpected(statement ? row.error() : statement.error());
-            }
-        }
-        for (const ObjectId& end : ends) {
-            if (auto done = noteRelation(end, isClip ? "clips" : relationship.nameAtClip); !done) {
-                return done;
-            }
-        }
-    }
-    return {};
-}
-
 Result<void> RecordWriter::setRelated(const ObjectId& clip, Relationship relationship,
                                       const ObjectId& other, bool isRelated) {
     const RelationshipDescription& relation = describe(relationship);
@@ -287,7 +174,10 @@ Result<void> RecordWriter::prune() {
         !done) {
         return done;
     }
-    return run("DELETE FROM Tombstone WHERE deletedAt < ?", {Value(m_now - kTombstoneLife)});
+    return run(
+        "DELETE FROM Tombstone WHERE deletedAt < max(?, coalesce((SELECT deletedAt FROM "
+        "Tombstone ORDER BY deletedAt DESC LIMIT 1 OFFSET ?), 0))",
+        {Value(m_now - kTombstoneLife), Value(kTombstonesKept - 1)});
 }
 
 Result<void> RecordWriter::run(const QByteArray& sql, const QList<Value>& bindings) {

@@ -26,6 +26,9 @@ public:
     [[nodiscard]] Result<void> remove(const ObjectId& id);
     /// Deletes the records whose keys the query gives.
     [[nodiscard]] Result<void> removeAll(Entity entity, const StoreQuery& keys);
+    /// Deletes every record of an entity at a cost that hardly grows with their number. Foreign
+    /// keys must be off; see clearingStatements for what stays to be done.
+    [[nodiscard]] Result<void> removeEvery(Entity entity);
     /// Nothing happens when one of the two is gone or the relation is as wanted.
     [[nodiscard]] Result<void> setRelated(const ObjectId& clip, Relationship relationship,
                                           const ObjectId& other, bool isRelated);
@@ -38,6 +41,7 @@ public:
 
 private:
     enum class Change { Inserted, Updated, Deleted };
+    static constexpr qint64 kLogRowsKept = 10'000;
 
     Result<void> run(const QByteArray& sql, const QList<Value>& bindings);
     Result<void> log(const ObjectId& id, Change change, const QByteArray& attributes);
@@ -45,7 +49,10 @@ private:
     Result<void> writeHeavy(const ObjectId& id, const QList<AttributeValue>& values);
     Result<qint64> gatherDoomed(Entity entity, const StoreQuery& keys);
     Result<void> deleteDoomed(Entity entity, qint64 count);
-    Result<void> noteRelationEnds(Entity deleted);
+    Result<void> gatherEvery(Entity entity);
+    Result<void> logNewestDeletions();
+    Result<void> noteTombstones(Entity entity, const QByteArray& keys);
+    Result<void> noteRelationEnds(Entity deleted, const QByteArray& keys);
     Result<void> noteRelation(const ObjectId& id, const QByteArray& name);
 
     SqliteDatabase& m_database;

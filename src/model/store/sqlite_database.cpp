@@ -12,11 +12,18 @@ namespace quillo {
 namespace {
 
 constexpr size_t kMaxCachedStatements = 96;
+// Within it any two moments can be subtracted.
+constexpr qint64 kFarthestMoment = INT64_MAX / 2;
 
 Error errorFromException(const SQLite::Exception& exception) {
     return {errorKindFromSqlite(exception.getExtendedErrorCode(), 0),
             QString::fromUtf8(exception.what()) +
                 u" (SQLite %1)"_s.arg(exception.getExtendedErrorCode())};
+}
+
+Value momentFrom(qint64 microseconds) {
+    const bool isMoment = microseconds >= -kFarthestMoment && microseconds <= kFarthestMoment;
+    return isMoment ? Value(Timestamp{std::chrono::microseconds(microseconds)}) : Value();
 }
 
 }  // namespace
@@ -102,8 +109,7 @@ Value SqliteStatement::value(int column, AttributeType type) const {
                                                           cell.getBytes()))
                                  : Value();
         case AttributeType::Moment:
-            return cell.isInteger() ? Value(Timestamp{std::chrono::microseconds(cell.getInt64())})
-                                    : Value();
+            return cell.isInteger() ? momentFrom(cell.getInt64()) : Value();
     }
     return {};
 }

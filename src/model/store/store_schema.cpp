@@ -67,16 +67,24 @@ QList<QByteArray> relationshipTable(const RelationshipDescription& relationship)
             "CREATE INDEX " + name + "Inverse ON " + name + "(other, clip)"};
 }
 
+QByteArray ofEntity(const EntityDescription& entity) {
+    return " WHERE entity = " + QByteArray::number(int(entity.entity));
+}
+
+QByteArray deletionCounter(const EntityDescription& entity) {
+    const QByteArray name = entity.name;
+    return "CREATE TRIGGER " + name + "Deleted AFTER DELETE ON " + name +
+           " BEGIN UPDATE RowCount SET rows = rows - 1" + ofEntity(entity) + "; END";
+}
+
 // The count of an entity's rows is kept by triggers, because counting walks an index.
 QList<QByteArray> rowCounter(const EntityDescription& entity) {
     const QByteArray name = entity.name;
-    const QByteArray where = " WHERE entity = " + QByteArray::number(int(entity.entity)) + "; END";
     return {"INSERT INTO RowCount(entity, rows) VALUES(" + QByteArray::number(int(entity.entity)) +
                 ", 0)",
             "CREATE TRIGGER " + name + "Inserted AFTER INSERT ON " + name +
-                " BEGIN UPDATE RowCount SET rows = rows + 1" + where,
-            "CREATE TRIGGER " + name + "Deleted AFTER DELETE ON " + name +
-                " BEGIN UPDATE RowCount SET rows = rows - 1" + where};
+                " BEGIN UPDATE RowCount SET rows = rows + 1" + ofEntity(entity) + "; END",
+            deletionCounter(entity)};
 }
 
 QList<QByteArray> bookkeepingTables() {
@@ -146,6 +154,42 @@ QList<QByteArray> schemaStatements() {
         statements += QByteArray("CREATE INDEX ") + index.name + " ON " + index.definition;
     }
     return statements;
+}
+
+// A table without triggers, to which no foreign key in force points, is emptied as a whole.
+QList<QByteArray> clearingStatements(Entity entity) {
+    const EntityDescription& description = describe(entity);
+    const QByteArray name = description.name;
+    QList<QByteArray> statements = {"CREATE TABLE IF NOT EXISTS UnclearedPages(x INTEGER) STRICT",
+                                    "DROP TRIGGER " + name + "Deleted"};
+    for (const RelationshipDescription& relationship : relationshipModel()) {
+        if (entity == Entity::Clip || entity == relationship.other) {
+            statements += QByteArray("DELETE FROM ") + relationship.table;
+        }
+    }
+    if (const QByteArray heavy = heavyTable(entity); !heavy.isEmpty()) {
+        statements += "DELETE FROM " + heavy;
+    }
+    return statements << "DELETE FROM " + name
+                      << "UPDATE RowCount SET rows = 0" + ofEntity(description)
+                      << deletionCounter(description);
+}
+
+Result<bool> hasUnclearedPages(SqliteDatabase& database) {
+    const auto marker = database.queryInteger(
+        "SELECT count(*) FROM sqlite_master WHERE type = 'table' AND name = 'UnclearedPages'");
+    if (!marker) {
+        return std::unexpected(marker.error());
+    }
+    return *marker > 0;
+}
+
+// The marker goes last: a process that ends in between begins again.
+Result<void> rebuildFile(SqliteDatabase& database) {
+    if (auto done = database.execute("VACUUM"); !done) {
+        return done;
+    }
+    return database.execute("DROP TABLE IF EXISTS UnclearedPages");
 }
 
 Result<bool> hasAnyTable(SqliteDatabase& database) {

@@ -21,6 +21,17 @@ class SqliteDatabase;
 /// The statements that make an empty store from the declared model.
 [[nodiscard]] QList<QByteArray> schemaStatements();
 
+/// The statements that empty an entity's tables page by page, which costs a fraction of deleting
+/// row by row. They need foreign keys off, and secure_delete off to be quick: the freed pages then
+/// keep what they held until the file is rebuilt, and a marker stays for it (hasUnclearedPages).
+[[nodiscard]] QList<QByteArray> clearingStatements(Entity entity);
+
+/// Whether free pages of the file still hold what was deleted.
+[[nodiscard]] Result<bool> hasUnclearedPages(SqliteDatabase& database);
+
+/// Builds the file anew from its rows, without free pages, and takes the marker away.
+[[nodiscard]] Result<void> rebuildFile(SqliteDatabase& database);
+
 /// Whether the file holds any table at all.
 [[nodiscard]] Result<bool> hasAnyTable(SqliteDatabase& database);
 

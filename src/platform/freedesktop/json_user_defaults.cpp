@@ -7,6 +7,7 @@
 #include <chrono>
 #include <cmath>
 #include <mutex>
+#include <utility>
 
 #include "base/logging.h"
 #include "platform/freedesktop/settings_file.h"
@@ -24,6 +25,8 @@ QUILLO_LOG_CATEGORY(lcUserDefaults, "UserDefaults")
 constexpr auto kShortestWriteInterval = 250ms;
 // Editors write a file in several steps.
 constexpr auto kReloadDelay = 100ms;
+constexpr std::chrono::milliseconds kFirstRetryInterval = 1s;
+constexpr std::chrono::milliseconds kLongestRetryInterval = 60s;
 
 QSet<QString> differingKeys(const QJsonObject& before, const QJsonObject& after) {
     QSet<QString> result;
@@ -40,6 +43,15 @@ QSet<QString> differingKeys(const QJsonObject& before, const QJsonObject& after)
     return result;
 }
 
+// A JSON object keeps the bytes of every text that was ever replaced in it; a new one has none.
+QJsonObject copiedAnew(const QJsonObject& object) {
+    QJsonObject copy;
+    for (auto it = object.begin(); it != object.end(); ++it) {
+        copy.insert(it.key(), it.value());
+    }
+    return copy;
+}
+
 void assign(QJsonObject& object, const QString& key, const QJsonValue& value) {
     if (value.isUndefined()) {
         object.remove(key);
@@ -50,12 +62,40 @@ void assign(QJsonObject& object, const QString& key, const QJsonValue& value) {
 
 }  // namespace
 
+/// One state of the settings on its way into the file. The worker's while it runs.
+struct JsonUserDefaults::Write {
+    QString path;
+    QJsonObject values;
+    QSet<QString> keys;  ///< Those that were changed since the last write.
+    bool isFileForeign;
+    QString aside;  ///< Where the foreign file went.
+    Result<void> outcome;
+
+    void run() {
+        if (isFileForeign) {
+            Result<QString> moved = setFileAside(path);
+            if (!moved) {
+                outcome = std::unexpected(moved.error());
+                return;
+            }
+            aside = std::move(*moved);
+        }
+        outcome = writeSettingsFile(path, values);
+    }
+};
+
 JsonUserDefaults::JsonUserDefaults(const QString& path, QObject* parent)
     : UserDefaults(parent), m_path(path) {
     m_writeTimer.setSingleShot(true);
     m_reloadTimer.setSingleShot(true);
-    connect(&m_writeTimer, &QTimer::timeout, this, [this] { static_cast<void>(flush()); });
+    m_worker.setMaxThreadCount(1);
+    m_worker.setExpiryTimeout(1'000);
+    connect(&m_writeTimer, &QTimer::timeout, this, &JsonUserDefaults::beginWrite);
     connect(&m_reloadTimer, &QTimer::timeout, this, [this] {
+        if (m_write != nullptr) {
+            scheduleReload();  // The file may be between two states of ours.
+            return;
+        }
         mergeFromFile();
         watch();
     });
@@ -111,7 +151,7 @@ void JsonUserDefaults::setValue(const QString& key, const QJsonValue& value) {
 }
 
 void JsonUserDefaults::scheduleWrite() {
-    if (m_writeTimer.isActive()) {
+    if (m_write != nullptr || (m_writeTimer.isActive() && !m_hasFailed)) {
         return;
     }
     const auto elapsed = m_sinceWrite.isValid() ? std::chrono::milliseconds(m_sinceWrite.elapsed())
@@ -167,38 +207,73 @@ void JsonUserDefaults::mergeFromFile() {
 }
 
 Result<void> JsonUserDefaults::flush() {
-    m_writeTimer.stop();
-    if (m_dirty.isEmpty()) {
-        return {};
+    m_worker.waitForDone();
+    if (m_write != nullptr) {
+        static_cast<void>(endWrite());
     }
-    mergeFromFile();
-    const Result<void> written = writeFile();
-    if (!written) {
-        // Nothing is lost while the program runs; the next write tries again.
-        qCCritical(lcUserDefaults).noquote() << written.error().text;
-        return written;
-    }
-    m_sinceWrite.start();
-    m_dirty.clear();
-    watch();
-    return {};
+    beginWrite();
+    m_worker.waitForDone();
+    return m_write != nullptr ? endWrite() : Result<void>();
 }
 
-Result<void> JsonUserDefaults::writeFile() {
-    if (m_fileIsForeign) {
-        const Result<QString> aside = setFileAside(m_path);
-        if (!aside) {
-            return std::unexpected(aside.error());
-        }
-        qCWarning(lcUserDefaults) << "the settings file was put aside as" << *aside;
+// At most one is under way; its end begins the next one.
+void JsonUserDefaults::beginWrite() {
+    m_writeTimer.stop();
+    if (m_dirty.isEmpty() || m_write != nullptr) {
+        return;
+    }
+    mergeFromFile();
+    {
+        const std::unique_lock lock(m_mutex);
+        m_values = copiedAnew(m_values);
+    }
+    m_write = std::make_shared<Write>(
+        Write{m_path, m_values, std::exchange(m_dirty, {}), m_fileIsForeign, {}, {}});
+    m_worker.start([this, write = m_write] {
+        write->run();
+        QMetaObject::invokeMethod(
+            this,
+            [this, write] {
+                if (write == m_write) {
+                    static_cast<void>(endWrite());
+                }
+            },
+            Qt::QueuedConnection);
+    });
+}
+
+Result<void> JsonUserDefaults::endWrite() {
+    const std::shared_ptr<Write> ended = std::exchange(m_write, nullptr);
+    if (!ended->aside.isEmpty()) {
+        qCWarning(lcUserDefaults) << "the settings file was put aside as" << ended->aside;
         m_fileIsForeign = false;
         m_inFile = {};
     }
-    const Result<void> written = writeSettingsFile(m_path, m_values);
-    if (written) {
-        m_inFile = m_values;
+    if (!ended->outcome) {
+        m_dirty.unite(ended->keys);
+        if (!m_hasFailed) {
+            qCCritical(lcUserDefaults).noquote() << ended->outcome.error().text;
+        }
+        tryAgainLater();
+        return ended->outcome;
     }
-    return written;
+    if (std::exchange(m_hasFailed, false)) {
+        qCInfo(lcUserDefaults, "the settings can be written again");
+    }
+    m_inFile = ended->values;
+    m_sinceWrite.start();
+    watch();
+    if (!m_dirty.isEmpty()) {
+        scheduleWrite();
+    }
+    return {};
+}
+
+void JsonUserDefaults::tryAgainLater() {
+    m_retryInterval =
+        m_hasFailed ? std::min(m_retryInterval * 2, kLongestRetryInterval) : kFirstRetryInterval;
+    m_hasFailed = true;
+    m_writeTimer.start(m_retryInterval);
 }
 
 }  // namespace quillo

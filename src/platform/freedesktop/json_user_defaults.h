@@ -5,7 +5,10 @@
 #include <QFileSystemWatcher>
 #include <QJsonObject>
 #include <QSet>
+#include <QThreadPool>
 #include <QTimer>
+#include <chrono>
+#include <memory>
 #include <shared_mutex>
 
 #include "base/result.h"
@@ -32,13 +35,16 @@ public:
     [[nodiscard]] static QString defaultPath();
 
     [[nodiscard]] std::optional<QJsonValue> object(const QString& key) const override;
-    /// The file is written at the end of the turn of the event loop, and not more often than
-    /// four times a second. An undefined value removes the key; a number that JSON cannot hold
-    /// (NaN, infinity) is refused with a line in the log.
+    /// The file is written by a worker, begun at the end of the turn of the event loop and not more
+    /// often than four times a second. A write that fails is said once in the log and tried again,
+    /// at intervals that double up to a minute; the values hold meanwhile. An undefined value
+    /// removes the key; a number that JSON cannot hold (NaN, infinity) is refused with a line in
+    /// the log.
     void setObject(const QString& key, const QJsonValue& value) override;
     void remove(const QString& key) override;
 
-    /// Writes now what is waiting, merged with what was edited in the file since it was read.
+    /// Writes what is waiting, merged with what was edited in the file since it was read, and
+    /// waits for it. For the end of the program and tests.
     Result<void> flush();
 
 private:
@@ -49,7 +55,11 @@ private:
     /// Takes over from the file what differs from its last known state; a key that waits to be
     /// written keeps its newer value here.
     void mergeFromFile();
-    [[nodiscard]] Result<void> writeFile();
+    struct Write;
+    void beginWrite();
+    /// Takes in how the write that was begun went; it must have ended.
+    Result<void> endWrite();
+    void tryAgainLater();
 
     const QString m_path;
     mutable std::shared_mutex m_mutex;
@@ -57,10 +67,14 @@ private:
     QJsonObject m_inFile;          ///< What the file held when it was last read or written.
     QSet<QString> m_dirty;         ///< Keys that wait to be written.
     bool m_fileIsForeign = false;  ///< It exists, but was not understood.
+    bool m_hasFailed = false;      ///< The latest write did.
+    std::chrono::milliseconds m_retryInterval{};
+    std::shared_ptr<Write> m_write;  ///< The one under way.
     QElapsedTimer m_sinceWrite;
     QTimer m_writeTimer;
     QTimer m_reloadTimer;
     QFileSystemWatcher m_watcher;
+    QThreadPool m_worker;  ///< One thread, so that writes keep their order.
 };
 
 }  // namespace quillo

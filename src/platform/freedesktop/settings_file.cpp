@@ -6,6 +6,7 @@
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QSaveFile>
+#include <algorithm>
 #include <cerrno>
 
 namespace quillo {
@@ -25,6 +26,13 @@ std::unexpected<Error> writeFailure(const QFileDevice& file, int systemError) {
                                       ? ErrorKind::NotPermitted
                                       : ErrorKind::Failed);
     return failure(kind, u"the settings cannot be written: "_s + file.errorString());
+}
+
+/// A key that begins with a byte-order mark is not found again under its own name, so that it
+/// would be lost by the next write.
+bool hasLostKey(const QJsonObject& object) {
+    const QStringList keys = object.keys();
+    return std::ranges::any_of(keys, [&](const QString& key) { return !object.contains(key); });
 }
 
 }  // namespace
@@ -53,7 +61,11 @@ Result<QJsonObject> readSettingsFile(const QString& path, qint64 largestBytes) {
     if (!document.isObject()) {
         return failure(ErrorKind::Malformed, u"the settings file holds no JSON object"_s);
     }
-    return document.object();
+    QJsonObject values = document.object();
+    if (hasLostKey(values)) {
+        return failure(ErrorKind::Malformed, u"the settings file holds an unreadable key"_s);
+    }
+    return values;
 }
 
 Result<void> writeSettingsFile(const QString& path, const QJsonObject& values) {

@@ -5,6 +5,7 @@
 
 #include <libheif/heif.h>
 
+#include <algorithm>
 #include <cstring>
 #include <exception>
 #include <memory>
@@ -29,6 +30,11 @@ using Options = std::unique_ptr<heif_decoding_options, Releaser<heif_decoding_op
 
 constexpr int kDecodingThreads = 2;
 
+// The longest panoramas of cameras.
+constexpr int kMaxHeifSidePx = 16'384;
+// No tile of a real picture has a longer side.
+constexpr int kMaxTileSidePx = 4096;
+
 std::unexpected<Error> heifFailure(const heif_error& error) {
     if (error.subcode == heif_suberror_Security_limit_exceeded) {
         return failure(ErrorKind::TooLarge, u"HEIF picture beyond the decoder's limits"_s);
@@ -50,12 +56,30 @@ QSize sizeOf(const OpenFile& file) {
             heif_image_handle_get_height(file.picture.get())};
 }
 
+/// As stored, before it is cropped and turned.
+QSize storedSizeOf(const OpenFile& file) {
+    return {heif_image_handle_get_ispe_width(file.picture.get()),
+            heif_image_handle_get_ispe_height(file.picture.get())};
+}
+
+bool isWithinHeifBounds(QSize size) {
+    return isWithinImageBounds(size) && std::max(size.width(), size.height()) <= kMaxHeifSidePx;
+}
+
+/// A grid of tiles names a size of its own, which need not be the announced one and is not known
+/// before the decoder makes room for it.
+void limitDecodingTo(const OpenFile& file) {
+    const QSize size = storedSizeOf(file);
+    heif_context_set_maximum_image_size_limit(
+        file.context.get(), std::max({size.width(), size.height(), kMaxTileSidePx}));
+}
+
 Result<OpenFile> openFile(const QByteArray& bytes) {
     OpenFile file{Context(heif_context_alloc()), nullptr};
     if (!file.context) {
         return failure(ErrorKind::Failed, u"no memory for an HEIF picture"_s);
     }
-    heif_context_set_maximum_image_size_limit(file.context.get(), kMaxImageSidePx);
+    heif_context_set_maximum_image_size_limit(file.context.get(), kMaxHeifSidePx);
     heif_context_set_max_decoding_threads(file.context.get(), kDecodingThreads);
     heif_error error = heif_context_read_from_memory_without_copy(
         file.context.get(), bytes.constData(), static_cast<size_t>(bytes.size()), nullptr);
@@ -71,9 +95,10 @@ Result<OpenFile> openFile(const QByteArray& bytes) {
     if (sizeOf(file).isEmpty()) {
         return failure(ErrorKind::Malformed, u"HEIF picture without a size"_s);
     }
-    if (!isWithinImageBounds(sizeOf(file))) {
+    if (!isWithinHeifBounds(sizeOf(file)) || !isWithinHeifBounds(storedSizeOf(file))) {
         return failure(ErrorKind::TooLarge, u"HEIF picture beyond the bounds"_s);
     }
+    limitDecodingTo(file);
     return file;
 }
 

@@ -1,7 +1,19 @@
 // SPDX-License-Identifier: MIT
 #include "platform/x11/xcb_support.h"
 
+#include <algorithm>
+#include <optional>
+
 namespace quillo::x11 {
+
+namespace {
+
+// Any program can make atoms without end, of 64 KiB each.
+constexpr qsizetype kNamesAskedAtOnce = 64;
+constexpr qsizetype kMostRemembered = 4096;
+constexpr int kLongestName = 1000;
+
+}  // namespace
 
 Result<Connection> connectToServer(const QByteArray& displayName) {
     int screenNumber = 0;
@@ -15,6 +27,12 @@ Result<Connection> connectToServer(const QByteArray& displayName) {
         xcb_screen_next(&screens);
     }
     return Connection{std::move(handle), screens.data};
+}
+
+bool waitForServer(xcb_connection_t* connection) {
+    const XcbPtr<xcb_get_input_focus_reply_t> reply(
+        xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
+    return reply != nullptr;
 }
 
 xcb_atom_t AtomTable::atom(const QByteArray& name) {
@@ -37,31 +55,53 @@ QByteArray AtomTable::name(xcb_atom_t atom) {
 }
 
 QList<QByteArray> AtomTable::names(const QList<xcb_atom_t>& atoms) {
-    QHash<xcb_atom_t, xcb_get_atom_name_cookie_t> cookies;
-    for (const xcb_atom_t atom : atoms) {
-        if (!m_names.contains(atom) && !cookies.contains(atom)) {
-            cookies.insert(atom, xcb_get_atom_name(m_connection, atom));
-        }
-    }
-    for (auto it = cookies.cbegin(); it != cookies.cend(); ++it) {
-        xcb_generic_error_t* error = nullptr;
-        const XcbPtr<xcb_get_atom_name_reply_t> reply(
-            xcb_get_atom_name_reply(m_connection, it.value(), &error));
-        const XcbPtr<xcb_generic_error_t> ownedError(error);
-        if (reply) {
-            remember(it.key(), QByteArray(xcb_get_atom_name_name(reply.get()),
-                                          xcb_get_atom_name_name_length(reply.get())));
-        }
-    }
     QList<QByteArray> result;
     result.reserve(atoms.size());
-    for (const xcb_atom_t atom : atoms) {
-        result.append(m_names.value(atom));
+    for (qsizetype from = 0; from < atoms.size(); from += kNamesAskedAtOnce) {
+        const qsizetype count = std::min(kNamesAskedAtOnce, atoms.size() - from);
+        result.append(namesOfSome(atoms.sliced(from, count)));
     }
     return result;
 }
 
+QList<QByteArray> AtomTable::namesOfSome(const QList<xcb_atom_t>& atoms) {
+    QList<std::optional<xcb_get_atom_name_cookie_t>> cookies;
+    QList<QByteArray> result;
+    for (const xcb_atom_t atom : atoms) {
+        const auto known = m_names.constFind(atom);
+        const bool isKnown = known != m_names.cend();
+        result.append(isKnown ? *known : QByteArray());
+        cookies.append(isKnown ? std::nullopt
+                               : std::optional(xcb_get_atom_name(m_connection, atom)));
+    }
+    for (qsizetype i = 0; i < atoms.size(); ++i) {
+        if (cookies.at(i)) {
+            result[i] = receiveName(*cookies.at(i));
+            remember(atoms.at(i), result.at(i));
+        }
+    }
+    return result;
+}
+
+QByteArray AtomTable::receiveName(xcb_get_atom_name_cookie_t cookie) {
+    xcb_generic_error_t* error = nullptr;
+    const XcbPtr<xcb_get_atom_name_reply_t> reply(
+        xcb_get_atom_name_reply(m_connection, cookie, &error));
+    const XcbPtr<xcb_generic_error_t> ownedError(error);
+    const int length = reply ? xcb_get_atom_name_name_length(reply.get()) : 0;
+    return length > 0 && length <= kLongestName
+               ? QByteArray(xcb_get_atom_name_name(reply.get()), length)
+               : QByteArray();
+}
+
 void AtomTable::remember(xcb_atom_t atom, const QByteArray& name) {
+    if (name.isEmpty()) {
+        return;
+    }
+    if (m_names.size() >= kMostRemembered) {
+        m_atoms.clear();
+        m_names.clear();
+    }
     m_atoms.insert(name, atom);
     m_names.insert(atom, name);
 }

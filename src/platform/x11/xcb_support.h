@@ -38,20 +38,27 @@ struct Connection {
 /// Connects to the server named by DISPLAY, or by displayName when it is not empty.
 [[nodiscard]] Result<Connection> connectToServer(const QByteArray& displayName = {});
 
-/// Interns atoms and remembers both directions; each lookup that is not known costs a round
-/// trip. For use by one thread.
+/// Returns when the server has done everything that was asked of it over this connection; false
+/// when the connection is broken. Events that come along are queued without making the socket
+/// readable.
+bool waitForServer(xcb_connection_t* connection);
+
+/// Interns atoms and remembers both directions, within bounds; each lookup that is not known costs
+/// a round trip. For use by one thread.
 class AtomTable final {
 public:
     explicit AtomTable(xcb_connection_t* connection) : m_connection(connection) {}
 
     /// XCB_ATOM_NONE only when the connection is broken.
     [[nodiscard]] xcb_atom_t atom(const QByteArray& name);
-    /// Empty for an atom that the server does not know.
+    /// Empty for an atom that the server does not know, and for a name beyond 1000 bytes.
     [[nodiscard]] QByteArray name(xcb_atom_t atom);
-    /// One round trip for all that are not known yet.
+    /// One round trip for each 64 that are not known yet.
     [[nodiscard]] QList<QByteArray> names(const QList<xcb_atom_t>& atoms);
 
 private:
+    [[nodiscard]] QList<QByteArray> namesOfSome(const QList<xcb_atom_t>& atoms);
+    [[nodiscard]] QByteArray receiveName(xcb_get_atom_name_cookie_t cookie);
     void remember(xcb_atom_t atom, const QByteArray& name);
 
     xcb_connection_t* m_connection;

@@ -165,8 +165,7 @@ void X11HotKeys::ungrab(const HotKey& hotKey, const QList<uint16_t>& lockCombina
 void X11HotKeys::waitForServer() {
     // Keys are posted, and given to other programs, over other connections: only what the server
     // has done is done for them too.
-    const XcbPtr<xcb_get_input_focus_reply_t> roundTrip(xcb_get_input_focus_reply(
-        m_connection.get(), xcb_get_input_focus(m_connection.get()), nullptr));
+    x11::waitForServer(m_connection.get());
     readEventsSoon();
 }
 

@@ -26,12 +26,6 @@ bool isDown(const xcb_query_keymap_reply_t& keymap, xcb_keycode_t key) {
     return (keymap.keys[key / 8] & (1U << (key % 8))) != 0;
 }
 
-bool isDoneByServer(xcb_connection_t* connection) {
-    const XcbPtr<xcb_get_input_focus_reply_t> roundTrip(
-        xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
-    return roundTrip != nullptr;
-}
-
 PasteChord chordFor(PasteKeys keys, xcb_keycode_t key, const ModifierKeys& modifiers) {
     const xcb_keycode_t shift = modifiers.keyOf(XCB_MAP_INDEX_SHIFT, kUsualShiftKey);
     const xcb_keycode_t control = modifiers.keyOf(XCB_MAP_INDEX_CONTROL, kUsualControlKey);
@@ -100,7 +94,7 @@ X11KeyEventPoster::X11KeyEventPoster(Connection connection, KeyboardLayout layou
 
 X11KeyEventPoster::~X11KeyEventPoster() {
     returnLentKeys();
-    static_cast<void>(isDoneByServer(m_connection.get()));
+    waitForServer(m_connection.get());
 }
 
 Result<void> X11KeyEventPoster::postPaste(PasteKeys keys) {
@@ -181,7 +175,7 @@ Result<void> X11KeyEventPoster::post(const PasteChord& chord, const ModifierKeys
                             XCB_CURRENT_TIME, XCB_WINDOW_NONE, 0, 0, 0);
     }
     setLockedModifiers(locked, locked);
-    if (!isDoneByServer(connection)) {
+    if (!waitForServer(connection)) {
         return failure(ErrorKind::Failed, u"the connection to the X server is broken"_s);
     }
     return {};

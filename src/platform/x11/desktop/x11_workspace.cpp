@@ -146,12 +146,12 @@ void X11Workspace::focusDirectly(xcb_window_t window) {
 }
 
 xcb_timestamp_t X11Workspace::serverTime() {
-    // ICCCM 2.1: appending nothing to a property makes the server tell its time.
+    // ICCCM 2.1: writing nothing to a property makes the server tell its time. An append would fail
+    // if another program had given the property another type.
     const xcb_atom_t atom = m_windows.atoms().atom("_QUILLO_TIME");
-    xcb_change_property(m_connection.get(), XCB_PROP_MODE_APPEND, m_timeWindow, atom,
+    xcb_change_property(m_connection.get(), XCB_PROP_MODE_REPLACE, m_timeWindow, atom,
                         XCB_ATOM_INTEGER, 32, 0, nullptr);
-    const XcbPtr<xcb_get_input_focus_reply_t> roundTrip(xcb_get_input_focus_reply(
-        m_connection.get(), xcb_get_input_focus(m_connection.get()), nullptr));
+    waitForServer(m_connection.get());
     xcb_timestamp_t time = XCB_CURRENT_TIME;
     while (const XcbPtr<xcb_generic_event_t> event{xcb_poll_for_event(m_connection.get())}) {
         if ((event->response_type & 0x7f) == XCB_PROPERTY_NOTIFY) {

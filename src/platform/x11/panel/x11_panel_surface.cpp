@@ -11,11 +11,6 @@ namespace {
 constexpr quint32 kAllDesktops = 0xffffffff;
 constexpr quint32 kSourceIsPager = 2;
 
-void waitForServer(xcb_connection_t* connection) {
-    const XcbPtr<xcb_get_input_focus_reply_t> reply(
-        xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
-}
-
 }  // namespace
 
 Result<std::unique_ptr<X11PanelSurface>> X11PanelSurface::create(const QByteArray& displayName) {

@@ -7,6 +7,13 @@
 
 namespace quillo::x11 {
 
+namespace {
+
+// A desktop has no more programs that quit at once; one that asks without end is refused.
+constexpr std::size_t kMostWaiting = 64;
+
+}  // namespace
+
 ClipboardManager::ClipboardManager(SelectionContext& context, TimeProbe& probe,
                                    SelectionServer& server, const PasteboardLimits& limits, Ask ask)
     : m_context(context),
@@ -36,7 +43,7 @@ void ClipboardManager::requested(const xcb_selection_request_event_t& event) {
         answerTargets(request);
         return;
     }
-    if (request.target != m_context.names.saveTargets) {
+    if (request.target != m_context.names.saveTargets || m_waiting.size() >= kMostWaiting) {
         m_server.notify(request, false);
         return;
     }

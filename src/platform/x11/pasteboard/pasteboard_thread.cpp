@@ -70,6 +70,7 @@ PasteboardThread::PasteboardThread(Connection connection, std::uint8_t xfixesEve
       m_manager(m_context, m_probe, m_server, m_settings.limits, [this] { return saving(); }),
       m_keeper(m_settings.limits.ownerGrace, XCB_WINDOW_NONE) {
     m_makers.setMaxThreadCount(2);
+    m_makers.setExpiryTimeout(1'000);
     watchOwner(m_context, m_context.names.clipboard);
     watchOwner(m_context, m_context.names.clipboardManager);
     m_keeper =

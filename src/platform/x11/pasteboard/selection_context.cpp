@@ -81,7 +81,8 @@ xcb_window_t SelectionContext::ownerOf(xcb_atom_t selection) {
 
 void TimeProbe::ask(Answer answer) {
     m_waiting.push_back(std::move(answer));
-    xcb_change_property(m_context.xcb(), XCB_PROP_MODE_APPEND, m_context.window,
+    // An append would fail if another program had given the property another type.
+    xcb_change_property(m_context.xcb(), XCB_PROP_MODE_REPLACE, m_context.window,
                         m_context.names.timeProbe, XCB_ATOM_STRING, 8, 0, nullptr);
 }
 

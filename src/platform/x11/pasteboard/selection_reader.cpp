@@ -43,8 +43,7 @@ void SelectionReader::answered(const xcb_selection_notify_event_t& event) {
         return;
     }
     if (read->state == State::SwallowingAnswer) {
-        const auto property =
-            m_context.property(m_context.window, read->property, m_limits.maxBytes, true);
+        const auto property = m_context.property(m_context.window, read->property, 0, true);
         const bool isLarge = property && property->type == m_context.names.incr;
         read->state = isLarge ? State::SwallowingParts : State::Free;
     } else if (event.property == XCB_ATOM_NONE) {
@@ -192,8 +191,7 @@ void SelectionReader::swallowPart(Read& read) {
     if (++read.swallowedParts > kMostSwallowedParts) {
         return;
     }
-    const auto part = m_context.property(m_context.window, read.property, 0, false);
-    xcb_delete_property(m_context.xcb(), m_context.window, read.property);
+    const auto part = m_context.property(m_context.window, read.property, 0, true);
     if (part && part->bytes.isEmpty() && !part->isTooLarge) {
         read.state = State::Free;
     }

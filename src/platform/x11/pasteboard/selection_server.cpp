@@ -117,6 +117,10 @@ const SelectionServer::Holding* SelectionServer::holding(xcb_atom_t selection) c
 }
 
 void SelectionServer::convert(const Holding& from, const Conversion& conversion, Done done) {
+    if (conversion.property == XCB_ATOM_NONE) {
+        done(false);
+        return;
+    }
     if (conversion.target == m_context.names.targets) {
         writeTargets(from, conversion);
         done(true);
