@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 #include "fuzz_support.h"
-#include "platform/text/document_reader.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace quillo::fuzzing;
@@ -8,6 +7,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const QByteArray bytes = inputBytes(data, size);
     if (const auto document = quillo::DocumentReader().readHtml(bytes); document.has_value()) {
         requireSound(*document);
+        requireSurvivesHtml(*document);
     }
     return 0;
 }

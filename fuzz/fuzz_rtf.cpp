@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 #include "fuzz_support.h"
-#include "platform/text/document_reader.h"
 
 // Any bytes behind the document's mark; what is read must be sound and survive the way to HTML.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -11,6 +10,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const auto document = reader.readRtf(bytes.startsWith("{\\rtf") ? bytes : "{\\rtf1 " + bytes);
     require(document.has_value());
     requireSound(*document);
-    require(reader.readHtml(quillo::htmlFromStyledText(*document)).has_value());
+    requireSurvivesHtml(*document);
     return 0;
 }

@@ -4,9 +4,11 @@
 #include <QByteArray>
 #include <QGuiApplication>
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
+#include <source_location>
 
-#include "platform/rich_text.h"
+#include "platform/text/document_reader.h"
 
 namespace quillo::fuzzing {
 
@@ -24,8 +26,9 @@ inline QByteArray inputBytes(const std::uint8_t* data, std::size_t size) {
 }
 
 /// Aborts unless the condition holds, so that the fuzzer keeps the input.
-inline void require(bool condition) {
+inline void require(bool condition, std::source_location at = std::source_location::current()) {
     if (!condition) {
+        std::fprintf(stderr, "%s:%u: does not hold\n", at.file_name(), unsigned(at.line()));
         std::abort();
     }
 }
@@ -39,6 +42,16 @@ inline void requireSound(const StyledText& document) {
     }
     require(end == document.text.size());
     require(document.text.isValidUtf16());
+}
+
+/// A document that is offered as HTML and copied back must not change a second time.
+inline void requireSurvivesHtml(const StyledText& document) {
+    const DocumentReader reader;
+    const auto once = reader.readHtml(htmlFromStyledText(document));
+    require(once.has_value());
+    requireSound(*once);
+    const auto twice = reader.readHtml(htmlFromStyledText(*once));
+    require(twice.has_value() && twice->text == once->text);
 }
 
 }  // namespace quillo::fuzzing
