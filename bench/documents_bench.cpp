@@ -2,28 +2,12 @@
 // Rich documents and images, in the sizes that a capture meets. Synthetic data.
 #include <benchmark/benchmark.h>
 
-#include <QGuiApplication>
-#include <QImage>
-#include <QLinearGradient>
-#include <QPainter>
-#include <cmath>
-#include <random>
-
+#include "bench_support.h"
 #include "platform/images/qt_image_codec.h"
 #include "platform/text/document_reader.h"
 
-namespace quillo {
+namespace quillo::bench {
 namespace {
-
-constexpr QSize kScreen(1920, 1080);
-
-void startQt() {
-    static int count = 1;
-    static char name[] = "documents_bench";
-    static char* arguments[] = {name, nullptr};
-    [[maybe_unused]] static const bool isHeadless = qputenv("QT_QPA_PLATFORM", "offscreen");
-    static QGuiApplication application(count, arguments);
-}
 
 QByteArray rtfOfSize(qsizetype bytes) {
     QByteArray rtf =
@@ -45,40 +29,6 @@ QByteArray htmlOfSize(qsizetype bytes) {
             "&ndash; and text that fills it up to a usual width.</p>\n<ul><li>item</li></ul>\n";
     }
     return html + "</body></html>";
-}
-
-QImage screenshot() {
-    QImage image(kScreen, QImage::Format_RGB32);
-    image.fill(Qt::white);
-    QPainter painter(&image);
-    for (int line = 0; line < 60; ++line) {
-        painter.setPen(QColor::fromHsv(line * 6, 200, 120));
-        painter.drawText(
-            10 + line % 3 * 600, 18 * line + 10,
-            QStringLiteral("A line of text such as a window shows, number %1").arg(line));
-    }
-    QLinearGradient gradient(0, 0, kScreen.width(), 0);
-    gradient.setColorAt(0, Qt::blue);
-    gradient.setColorAt(1, Qt::red);
-    painter.fillRect(QRect(0, 900, kScreen.width(), 180), gradient);
-    return image;
-}
-
-QImage photo(QSize size) {
-    QImage image(size, QImage::Format_RGB32);
-    std::mt19937 random(1);
-    std::normal_distribution<double> noise(0, 3);
-    const auto channel = [&](double value) {
-        return static_cast<int>(std::clamp(value + noise(random), 0.0, 255.0));
-    };
-    for (int y = 0; y < size.height(); ++y) {
-        for (int x = 0; x < size.width(); ++x) {
-            const double light =
-                128 + 60 * std::sin(x / 97.0) + 40 * std::cos(y / 71.0 + x / 300.0);
-            image.setPixel(x, y, qRgb(channel(light), channel(light * 0.8), channel(light * 0.6)));
-        }
-    }
-    return image;
 }
 
 void readRtf(benchmark::State& state) {
@@ -141,6 +91,6 @@ void decodeJpegToThumbnail(benchmark::State& state) {
 BENCHMARK(decodeJpegToThumbnail)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 }  // namespace
-}  // namespace quillo
+}  // namespace quillo::bench
 
 BENCHMARK_MAIN();
