@@ -6,10 +6,10 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace quillo::fuzzing;
     const QByteArray bytes = inputBytes(data, size);
-    const auto entries = quillo::clipOrderFromJson(bytes);
+    const auto entries = quillo::decodeClipOrder(bytes);
     require(entries.size() * qsizetype{36} <= bytes.size());
-    const QByteArray written = quillo::clipOrderToJson(entries);
+    const QByteArray written = quillo::encodeClipOrder(entries);
     require(written.startsWith('[') && !written.contains(' ') && !written.contains('\n'));
-    require(quillo::clipOrderFromJson(written) == entries);
+    require(quillo::decodeClipOrder(written) == entries);
     return 0;
 }

@@ -77,16 +77,20 @@ void AppDelegate::startOverlay() {
         PasteBackServices{*m_services.pasteboard, *m_services.workspace, *m_services.keyEvents,
                           *m_services.hotKeys, *m_persistence, *m_defaults,
                           ContentReaders{*m_services.richText, *m_services.images}, m_clock});
+    m_themeManager = std::make_unique<ThemeManager>(*m_defaults, *m_services.appearance);
+    m_themeManager->applyTheme();
+    m_colorManager = std::make_unique<ClipTypeColorManager>(*m_defaults, *m_themeManager);
     m_hotkeyManager =
         std::make_unique<HotkeyManager>(*m_services.hotKeys, *m_defaults, makeOverlayController());
+    m_colorManager->setOverlayController(&m_hotkeyManager->overlayController());
 }
 
 std::unique_ptr<OverlayPanelController> AppDelegate::makeOverlayController() {
-    return std::make_unique<OverlayPanelController>(
-        OverlayPanelServices{*m_persistence, *m_services.workspace, *m_pasteBack, *m_defaults,
-                             m_notifications, *m_services.images, *m_services.panelSurface, m_clock,
-                             [this] { m_pasteboardWatcher->checkSoon(); },
-                             [this] { return m_services.hotKeys->lastPressTime(); }});
+    return std::make_unique<OverlayPanelController>(OverlayPanelServices{
+        *m_persistence, *m_services.workspace, *m_pasteBack, *m_defaults, *m_themeManager,
+        *m_colorManager, m_notifications, *m_services.images, *m_services.panelSurface, m_clock,
+        [this] { m_pasteboardWatcher->checkSoon(); },
+        [this] { return m_services.hotKeys->lastPressTime(); }});
 }
 
 }  // namespace quillo

@@ -4,6 +4,8 @@
 #include <memory>
 
 #include "app/desktop_services.h"
+#include "appearance/clip_type_color_manager.h"
+#include "appearance/theme_manager.h"
 #include "base/clock.h"
 #include "capture/clip_saver.h"
 #include "capture/pasteboard_watcher.h"
@@ -45,6 +47,8 @@ private:
     std::unique_ptr<TickTimer> m_captureTimer;
     std::unique_ptr<PasteboardWatcher> m_pasteboardWatcher;
     std::unique_ptr<PasteBack> m_pasteBack;
+    std::unique_ptr<ThemeManager> m_themeManager;
+    std::unique_ptr<ClipTypeColorManager> m_colorManager;
     std::unique_ptr<HotkeyManager> m_hotkeyManager;
 };
 

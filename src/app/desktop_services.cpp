@@ -3,6 +3,7 @@
 
 #include "base/logging.h"
 #include "platform/freedesktop/desktop_entry_index.h"
+#include "platform/freedesktop/portal_appearance.h"
 #include "platform/images/qt_image_codec.h"
 #include "platform/text/document_reader.h"
 #include "platform/x11/desktop/x11_hot_keys.h"
@@ -35,6 +36,7 @@ Result<DesktopServices> makeDesktopServices(std::function<void()> displayLost) {
     DesktopServices services;
     services.richText = std::make_unique<DocumentReader>();
     services.images = std::make_unique<QtImageCodec>();
+    services.appearance = std::make_unique<PortalAppearance>();
     auto index = std::make_unique<DesktopEntryIndex>();
     index->warmUp();
     services.applications = std::move(index);

@@ -12,6 +12,7 @@
 #include "platform/panel_surface.h"
 #include "platform/pasteboard.h"
 #include "platform/rich_text.h"
+#include "platform/system_appearance.h"
 #include "platform/workspace.h"
 
 namespace quillo {
@@ -21,6 +22,7 @@ namespace quillo {
 struct DesktopServices {
     std::unique_ptr<RichTextReader> richText;
     std::unique_ptr<ImageCodec> images;
+    std::unique_ptr<SystemAppearance> appearance;
     std::unique_ptr<ApplicationIndex> applications;
     std::unique_ptr<Pasteboard> pasteboard;
     std::unique_ptr<Workspace> workspace;

@@ -38,6 +38,8 @@ int main(int argc, char** argv) {
         qputenv("QT_QPA_PLATFORM", "xcb");
     }
     QCoreApplication::setApplicationName(QStringLiteral("Quillo"));
+    // Draws standard widgets from the palette alone, so that a chosen theme reaches them all.
+    QApplication::setStyle(QStringLiteral("Fusion"));
     QApplication application(argc, argv);
     const quillo::TerminationSignals signalHandler([] { QCoreApplication::quit(); });
     QGuiApplication::setDesktopFileName(QStringLiteral("quillo"));

@@ -1,25 +1,32 @@
 // SPDX-License-Identifier: MIT
 #include "appearance/palette.h"
 
-#include <QGuiApplication>
-#include <QPalette>
-#include <algorithm>
-#include <cmath>
+#include "appearance/contrast.h"
 
 namespace quillo {
 namespace {
 
-double linear(float component) {
-    return component <= 0.04045F ? component / 12.92 : std::pow((component + 0.055) / 1.055, 2.4);
+// Fusion shades its edges with these.
+void setShades(QPalette& palette, const QColor& button, const QColor& ink) {
+    palette.setColor(QPalette::Light, mixed(button, Qt::white, 0.2));
+    palette.setColor(QPalette::Midlight, mixed(button, Qt::white, 0.1));
+    palette.setColor(QPalette::Mid, mixed(button, Qt::black, 0.15));
+    palette.setColor(QPalette::Dark, mixed(button, Qt::black, 0.3));
+    palette.setColor(QPalette::Shadow, Qt::black);
+    palette.setColor(QPalette::BrightText, ink);
 }
 
-double luminance(const QColor& color) {
-    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) +
-           0.0722 * linear(color.blueF());
-}
-
-int mixed(int base, int over, double share) {
-    return int(std::lround(base * (1 - share) + over * share));
+void setTexts(QPalette& palette, const Palette& colors) {
+    for (const auto role :
+         {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::ToolTipText}) {
+        palette.setColor(role, colors.primaryText);
+        palette.setColor(QPalette::Disabled, role,
+                         mixed(colors.panelBackground, colors.primaryText, 0.45));
+    }
+    palette.setColor(QPalette::PlaceholderText, colors.secondaryText);
+    const Ground page{colors.cardBase};
+    palette.setColor(QPalette::Link, readableText(colors.accent, page));
+    palette.setColor(QPalette::LinkVisited, readableText(QColor(0x9b, 0x59, 0xb6), page));
 }
 
 }  // namespace
@@ -44,20 +51,26 @@ const Palette& paletteFor(ColorScheme scheme) {
     return scheme == ColorScheme::Dark ? kDark : kLight;
 }
 
-QColor tintedCard(const Palette& palette, const QColor& kind, double share) {
-    const QColor& base = palette.cardBase;
-    return QColor(mixed(base.red(), kind.red(), share), mixed(base.green(), kind.green(), share),
-                  mixed(base.blue(), kind.blue(), share));
+QPalette widgetPalette(ColorScheme scheme) {
+    const Palette& colors = paletteFor(scheme);
+    QPalette palette;
+    palette.setColor(QPalette::Window, colors.panelBackground);
+    palette.setColor(QPalette::Base, colors.cardBase);
+    palette.setColor(QPalette::AlternateBase, mixed(colors.cardBase, colors.panelBackground, 0.5));
+    palette.setColor(QPalette::Button, colors.field);
+    palette.setColor(QPalette::ToolTipBase, colors.cardBase);
+    palette.setColor(QPalette::Highlight, colors.accent);
+    palette.setColor(QPalette::Disabled, QPalette::Highlight, colors.field);
+    palette.setColor(QPalette::HighlightedText, Qt::white);
+    setTexts(palette, colors);
+    setShades(palette, colors.field, colors.primaryText);
+    return palette;
 }
 
-double contrastRatio(const QColor& first, const QColor& second) {
-    const auto [darker, lighter] = std::minmax({luminance(first), luminance(second)});
-    return (lighter + 0.05) / (darker + 0.05);
-}
-
-ColorScheme desktopColorScheme() {
-    const QColor window = QGuiApplication::palette().color(QPalette::Window);
-    return luminance(window) < 0.18 ? ColorScheme::Dark : ColorScheme::Light;
+ColorScheme schemeOf(const QPalette& palette) {
+    // Halfway in lightness, not in luminance.
+    return luminance(palette.color(QPalette::Active, QPalette::Window)) < 0.18 ? ColorScheme::Dark
+                                                                               : ColorScheme::Light;
 }
 
 }  // namespace quillo

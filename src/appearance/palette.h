@@ -2,12 +2,14 @@
 #pragma once
 
 #include <QColor>
+#include <QPalette>
+
+#include "platform/system_appearance.h"
 
 namespace quillo {
 
-enum class ColorScheme { Light, Dark };
-
-/// The colours of the panel and its cards. Text reaches a contrast of 4.5 : 1 on its ground.
+/// The colours of the panel, its cards and the windows. Text reaches a contrast of 4.5 : 1 on its
+/// ground.
 struct Palette {
     QColor panelBackground;
     QColor panelBorder;
@@ -23,17 +25,10 @@ struct Palette {
 
 [[nodiscard]] const Palette& paletteFor(ColorScheme scheme);
 
-/// How much of a kind's colour goes into its card unless the person chose otherwise.
-inline constexpr double kDefaultCardTint = 0.15;
+/// The same colours in the roles that standard widgets draw with.
+[[nodiscard]] QPalette widgetPalette(ColorScheme scheme);
 
-/// A card's ground: the base with that share of the kind's colour.
-[[nodiscard]] QColor tintedCard(const Palette& palette, const QColor& kind,
-                                double share = kDefaultCardTint);
-
-/// The contrast ratio of two opaque colours, 1 to 21 (WCAG 2.1, relative luminance).
-[[nodiscard]] double contrastRatio(const QColor& first, const QColor& second);
-
-/// Light or dark by the lightness of the application's own window colour.
-[[nodiscard]] ColorScheme desktopColorScheme();
+/// Light or dark by the lightness of the window colour.
+[[nodiscard]] ColorScheme schemeOf(const QPalette& palette);
 
 }  // namespace quillo

@@ -29,18 +29,36 @@ bool isOneTimeCode(const QString& text) {
     return U_SUCCESS(status) && matcher->find();
 }
 
+struct Marker {
+    QLatin1StringView text;  ///< In lower case.
+    qsizetype signAt;        ///< Its rarest character: where that is found, the rest is looked at.
+};
+
+constexpr std::array kMarkers = {Marker{QLatin1StringView("password="), 8},
+                                 Marker{QLatin1StringView("authorization: bearer"), 13},
+                                 Marker{QLatin1StringView("api_key="), 7},
+                                 Marker{QLatin1StringView("secret="), 6}};
+
+// Lower-casing all of a long text costs more than everything else that is done with it.
+bool contains(const QString& text, const Marker& marker) {
+    const QChar sign = marker.text.at(marker.signAt);
+    for (qsizetype at = text.indexOf(sign); at >= 0; at = text.indexOf(sign, at + 1)) {
+        const qsizetype begin = at - marker.signAt;
+        if (begin >= 0 && text.mid(begin, marker.text.size()).toLower() == marker.text) {
+            return true;
+        }
+    }
+    return false;
+}
+
 }  // namespace
 
 bool isSensitive(const QString& text) {
     if (isOneTimeCode(text) || text.startsWith(QLatin1StringView("otpauth://"))) {
         return true;
     }
-    static constexpr std::array kMarkers = {
-        QLatin1StringView("password="), QLatin1StringView("authorization: bearer"),
-        QLatin1StringView("api_key="), QLatin1StringView("secret=")};
-    const QString lowered = text.toLower();
     return std::any_of(kMarkers.begin(), kMarkers.end(),
-                       [&](QLatin1StringView marker) { return lowered.contains(marker); });
+                       [&](const Marker& marker) { return contains(text, marker); });
 }
 
 }  // namespace quillo

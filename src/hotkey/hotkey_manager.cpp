@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "hotkey/hotkey_manager.h"
 
+#include <QScopedValueRollback>
+
 #include "base/logging.h"
 
 namespace quillo {
@@ -19,6 +21,7 @@ HotkeyManager::HotkeyManager(HotKeys& hotKeys, UserDefaults& defaults,
       m_overlayController(std::move(overlayController)),
       m_currentConfig(loadHotkeyConfig(defaults)) {
     registerShortcut(m_currentConfig);
+    connect(&m_defaults, &UserDefaults::changed, this, &HotkeyManager::settingEdited);
 }
 
 HotkeyManager::~HotkeyManager() = default;
@@ -36,11 +39,26 @@ void HotkeyManager::resetToDefault() {
 }
 
 void HotkeyManager::apply(const HotkeyConfig& config) {
+    const QScopedValueRollback writing(m_isWriting, true);
+    replace(config);
+    storeHotkeyConfig(m_defaults, config);
+    Q_EMIT currentConfigChanged();
+}
+
+void HotkeyManager::replace(const HotkeyConfig& config) {
     m_registration.reset();
     registerShortcut(config);
     m_currentConfig = config;
-    storeHotkeyConfig(m_defaults, config);
-    Q_EMIT currentConfigChanged();
+}
+
+void HotkeyManager::settingEdited(const QString& key) {
+    if (m_isWriting || !key.startsWith(QLatin1StringView("hotkey"))) {
+        return;
+    }
+    if (const HotkeyConfig stored = loadHotkeyConfig(m_defaults); stored != m_currentConfig) {
+        replace(stored);
+        Q_EMIT currentConfigChanged();
+    }
 }
 
 void HotkeyManager::registerShortcut(const HotkeyConfig& config) {

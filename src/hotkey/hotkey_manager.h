@@ -9,7 +9,9 @@
 
 namespace quillo {
 
-/// Owns the system-wide shortcut and the overlay's controller that it toggles. Main thread.
+/// Owns the system-wide shortcut and the overlay's controller that it toggles. A shortcut that is
+/// edited in the settings by hand takes effect at once, as a stored one does at the start. Main
+/// thread.
 class HotkeyManager final : public QObject {
     Q_OBJECT
 
@@ -38,13 +40,16 @@ Q_SIGNALS:
 
 private:
     void apply(const HotkeyConfig& config);
+    void replace(const HotkeyConfig& config);
     void registerShortcut(const HotkeyConfig& config);
+    void settingEdited(const QString& key);
 
     HotKeys& m_hotKeys;
     UserDefaults& m_defaults;
     std::unique_ptr<OverlayPanelController> m_overlayController;
     HotkeyConfig m_currentConfig;
     std::unique_ptr<HotKeyRegistration> m_registration;
+    bool m_isWriting = false;  ///< What changes now in the settings is ours.
 };
 
 }  // namespace quillo

@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "model/clip.h"
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
 #include "base/color_text.h"
+#include "model/attribute_access.h"
 #include "model/clip_file_kind.h"
+#include "model/filter_mask.h"
 
 using namespace Qt::StringLiterals;
 
@@ -66,6 +69,20 @@ std::shared_ptr<Clip> Clip::create(ObjectContext& context, Timestamp now) {
     clip->setCreatedAt(now);
     clip->setModifiedAt(now);
     return clip;
+}
+
+// A saved clip's mask is never 0.
+quint32 Clip::filterMask() const {
+    using enum ClipAttribute;
+    const qint64 stored = integerValue(*this, FilterMask);
+    const auto isPending = [this](ClipAttribute attribute) {
+        return isChanged(std::to_underlying(attribute));
+    };
+    if (stored != 0 && std::ranges::none_of(
+                           std::array{Type, Plaintext, UrlString, FileUti, FileName}, isPending)) {
+        return quint32(stored);
+    }
+    return filterMaskOf({rawType(), plaintext(), urlString(), fileUti(), fileName()});
 }
 
 QString Clip::displayText() const {

@@ -71,6 +71,10 @@ public:
     void setUrlHost(std::optional<QString> host);
     void setUrlString(std::optional<QString> url);
 
+    /// One bit for each filter that the clip matches (filter_mask): the stored one, or computed
+    /// from the values when they have unsaved changes.
+    [[nodiscard]] quint32 filterMask() const;
+
     // Derived values, computed when read.
 
     /// The one line that stands for the clip: its text, else its address, its file name or its

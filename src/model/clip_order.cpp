@@ -1,57 +1,123 @@
 // SPDX-License-Identifier: MIT
 #include "model/clip_order.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <optional>
-
-using namespace Qt::StringLiterals;
+#include <QHash>
+#include <QSet>
+#include <algorithm>
 
 namespace quillo {
 namespace {
 
-constexpr auto kClipId = "clipID"_L1;
-constexpr auto kIsPinned = "isPinned"_L1;
-
-// Qt reads a UUID in several spellings and gives the null one for what is none.
-std::optional<QUuid> uuidFromText(const QString& text) {
-    const QUuid uuid = QUuid::fromString(text);
-    const QString canonical = uuid.toString(QUuid::WithoutBraces);
-    return canonical.compare(text, Qt::CaseInsensitive) == 0 ? std::optional(uuid) : std::nullopt;
+QSet<QUuid> setOf(const QList<QUuid>& ids) {
+    return {ids.cbegin(), ids.cend()};
 }
 
-std::optional<ClipOrderEntry> entryFrom(const QJsonObject& object) {
-    const auto clipId = uuidFromText(object.value(kClipId).toString());
-    const QJsonValue isPinned = object.value(kIsPinned);
-    if (!clipId || !isPinned.isBool()) {
-        return std::nullopt;
+// One past the last pinned entry; 0 when none is pinned.
+qsizetype endOfPinned(const ClipOrderEntries& order) {
+    const auto last = std::find_if(order.crbegin(), order.crend(),
+                                   [](const ClipOrderEntry& entry) { return entry.isPinned; });
+    return order.crend() - last;
+}
+
+// Takes each clip of the order out of `members` as it is met, so that it is met once.
+ClipOrderEntries takeEntries(const ClipOrderEntries& order, QSet<QUuid>& members) {
+    ClipOrderEntries taken;
+    taken.reserve(members.size());
+    for (const ClipOrderEntry& entry : order) {
+        if (members.remove(entry.clipId)) {
+            taken.append(entry);
+        }
     }
-    return ClipOrderEntry{*clipId, isPinned.toBool()};
+    return taken;
 }
 
 }  // namespace
 
-QList<ClipOrderEntry> clipOrderFromJson(const QByteArray& document) {
-    QList<ClipOrderEntry> entries;
-    const QJsonArray array = QJsonDocument::fromJson(document).array();
-    for (const QJsonValue element : array) {
-        const auto entry = entryFrom(element.toObject());
-        if (!entry) {
-            return {};
+QList<QUuid> orderedClipIds(const ClipOrderEntries& order, const QList<QUuid>& newestFirst) {
+    QSet<QUuid> remaining = setOf(newestFirst);
+    const ClipOrderEntries placed = takeEntries(order, remaining);
+    const qsizetype gap = std::min(endOfPinned(order), placed.size());
+    QList<QUuid> shown;
+    shown.reserve(newestFirst.size());
+    const auto appendPlaced = [&](qsizetype first, qsizetype last) {
+        for (qsizetype i = first; i < last; ++i) {
+            shown.append(placed[i].clipId);
         }
-        entries.append(*entry);
-    }
-    return entries;
+    };
+    appendPlaced(0, gap);
+    std::ranges::copy_if(newestFirst, std::back_inserter(shown),
+                         [&](const QUuid& id) { return remaining.contains(id); });
+    appendPlaced(gap, placed.size());
+    return shown;
 }
 
-QByteArray clipOrderToJson(const QList<ClipOrderEntry>& entries) {
-    QJsonArray array;
-    for (const ClipOrderEntry& entry : entries) {
-        array.append(QJsonObject{{kClipId, entry.clipId.toString(QUuid::WithoutBraces).toUpper()},
-                                 {kIsPinned, entry.isPinned}});
+bool isPinned(const ClipOrderEntries& order, const QUuid& clip) {
+    const auto entry = std::ranges::find(order, clip, &ClipOrderEntry::clipId);
+    return entry != order.end() && entry->isPinned;
+}
+
+ClipOrderEntries withPinToggled(ClipOrderEntries order, const QUuid& clip) {
+    const auto entry = std::ranges::find(order, clip, &ClipOrderEntry::clipId);
+    if (entry != order.end()) {
+        entry->isPinned = !entry->isPinned;
+    } else {
+        order.append({clip, true});
     }
-    return QJsonDocument(array).toJson(QJsonDocument::Compact);
+    return order;
+}
+
+ClipOrderEntries normalizedOrder(const ClipOrderEntries& order, const QList<QUuid>& newestFirst) {
+    QSet<QUuid> remaining = setOf(newestFirst);
+    ClipOrderEntries normalized = takeEntries(order, remaining);
+    for (const QUuid& id : newestFirst) {
+        if (remaining.contains(id)) {
+            normalized.append({id, false});
+        }
+    }
+    return normalized;
+}
+
+ClipOrderEntries orderAsShown(const ClipOrderEntries& order, const QList<QUuid>& shown) {
+    QHash<QUuid, bool> pins;
+    pins.reserve(order.size());
+    for (const ClipOrderEntry& entry : order) {
+        if (!pins.contains(entry.clipId)) {
+            pins.insert(entry.clipId, entry.isPinned);
+        }
+    }
+    ClipOrderEntries settled;
+    settled.reserve(shown.size());
+    for (const QUuid& id : shown) {
+        settled.append({id, pins.value(id, false)});
+    }
+    return settled;
+}
+
+ClipOrderEntries withEntryMoved(ClipOrderEntries order, qsizetype from, qsizetype to) {
+    const qsizetype count = order.size();
+    if (from >= 0 && from < count && to >= 0 && to <= count) {
+        order.move(from, std::min(to, count - 1));
+    }
+    return order;
+}
+
+std::optional<OrderMove> moveInOrder(const QList<QUuid>& order, const QList<QUuid>& visible,
+                                     OrderMove move) {
+    const qsizetype count = visible.size();
+    const qsizetype target = std::min(move.to, count - 1);
+    if (move.from < 0 || move.from >= count || move.to < 0 || move.to > count ||
+        target == move.from) {
+        return std::nullopt;
+    }
+    const bool isTowardsEnd = target > move.from;
+    const qsizetype from = order.indexOf(visible[move.from]);
+    // The clip that stands where the moved one goes is its neighbour on the far side.
+    const qsizetype neighbor = order.indexOf(visible[target]);
+    if (from < 0 || neighbor < 0) {
+        return std::nullopt;
+    }
+    const qsizetype neighborWithout = neighbor > from ? neighbor - 1 : neighbor;
+    return OrderMove{from, isTowardsEnd ? neighborWithout + 1 : neighborWithout};
 }
 
 }  // namespace quillo

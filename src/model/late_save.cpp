@@ -26,7 +26,9 @@ template <typename T>
 Result<void> copyRecord(const T& from, ObjectContext& store) {
     const auto copy = store.insert<T>(from.id());
     for (size_t i = 0; i < describe(T::kEntity).attributes.size(); ++i) {
-        copy->setValue(int(i), from.value(int(i)));
+        if (!isDerived(T::kEntity, int(i))) {
+            copy->setValue(int(i), from.value(int(i)));
+        }
     }
     auto saved = store.save();
     if (!saved) {

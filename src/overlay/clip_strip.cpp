@@ -23,11 +23,7 @@ constexpr double kPixelsPerWheelUnit = StripLayout::kCardWidth / 120.0;
 
 ClipStrip::ClipStrip(const OverlayClips& clips, ImageThumbnails& thumbnails, const Clock& clock,
                      QWidget* parent)
-    : QWidget(parent),
-      m_clips(clips),
-      m_thumbnails(thumbnails),
-      m_clock(clock),
-      m_palette(&paletteFor(ColorScheme::Light)) {
+    : QWidget(parent), m_clips(clips), m_thumbnails(thumbnails), m_clock(clock) {
     setFixedHeight(StripLayout::kHeight);
     setFocusPolicy(Qt::StrongFocus);
     setAccessibleName(QStringLiteral("Clips"));
@@ -43,8 +39,8 @@ ClipStrip::ClipStrip(const OverlayClips& clips, ImageThumbnails& thumbnails, con
     connect(&m_thumbnails, &ImageThumbnails::ready, this, &ClipStrip::pictureReady);
 }
 
-void ClipStrip::setScheme(ColorScheme scheme) {
-    m_palette = &paletteFor(scheme);
+void ClipStrip::setLook(const PanelLook& look) {
+    m_look = look;
     update();
 }
 
@@ -158,7 +154,7 @@ void ClipStrip::paintEvent(QPaintEvent* event) {
 }
 
 void ClipStrip::paintCards(QPainter& painter, const QRect& exposed) {
-    const CardPainter cardPainter(*m_palette, font());
+    const CardPainter cardPainter(m_look, font());
     const Timestamp now = m_clock.now();
     const StripLayout::Range range = layout().cardsBetween(exposed.left(), exposed.right());
     for (int i = range.first; i <= range.last; ++i) {
@@ -183,7 +179,7 @@ QPixmap ClipStrip::picture(const CardContent& card) {
 
 void ClipStrip::paintRing(QPainter& painter) {
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(m_palette->accent, kRingWidth));
+    painter.setPen(QPen(m_look.palette().accent, kRingWidth));
     painter.setBrush(Qt::NoBrush);
     constexpr qreal kInset = kRingWidth / 2.0;
     painter.drawRoundedRect(
@@ -193,18 +189,18 @@ void ClipStrip::paintRing(QPainter& painter) {
 
 void ClipStrip::paintEmptyState(QPainter& painter) {
     const QPixmap symbol = symbolPixmap(QStringLiteral("doc.on.clipboard"), 48,
-                                        m_palette->secondaryText, devicePixelRatioF());
+                                        m_look.palette().secondaryText, devicePixelRatioF());
     painter.drawPixmap(QPoint((width() - 48) / 2, 72), symbol);
     QFont title = font();
     title.setPixelSize(16);
     title.setWeight(QFont::DemiBold);
     painter.setFont(title);
-    painter.setPen(m_palette->primaryText);
+    painter.setPen(m_look.palette().primaryText);
     painter.drawText(QRect(0, 134, width(), 24), Qt::AlignCenter, QStringLiteral("No clips yet"));
     QFont subtitle = font();
     subtitle.setPixelSize(13);
     painter.setFont(subtitle);
-    painter.setPen(m_palette->secondaryText);
+    painter.setPen(m_look.palette().secondaryText);
     painter.drawText(QRect(0, 160, width(), 22), Qt::AlignCenter,
                      QStringLiteral("Copy something to get started"));
 }

@@ -4,7 +4,7 @@
 #include <QVariantAnimation>
 #include <QWidget>
 
-#include "appearance/palette.h"
+#include "appearance/panel_look.h"
 #include "base/clock.h"
 #include "library/thumbnails/image_thumbnails.h"
 #include "overlay/overlay_clips.h"
@@ -25,7 +25,7 @@ public:
     void selectCard(int index);
     /// Back to the start, the ring on the first card.
     void reset();
-    void setScheme(ColorScheme scheme);
+    void setLook(const PanelLook& look);
     [[nodiscard]] int selectedIndex() const { return m_selectedIndex; }
     [[nodiscard]] int scrollPosition() const { return m_scroll; }
 
@@ -57,7 +57,7 @@ private:
     const OverlayClips& m_clips;
     ImageThumbnails& m_thumbnails;
     const Clock& m_clock;
-    const Palette* m_palette;
+    PanelLook m_look;
     int m_scroll = 0;
     int m_selectedIndex = 0;
     int m_pressedIndex = -1;

@@ -8,11 +8,13 @@
 
 #include "appearance/fonts.h"
 #include "appearance/symbols.h"
+#include "overlay/search_field.h"
 
 namespace quillo {
 namespace {
 
 constexpr int kSymbolSize = 14;
+constexpr int kGapBeforeSearch = 24;
 
 void setTextColor(QWidget* widget, const QColor& color) {
     QPalette palette = widget->palette();
@@ -24,7 +26,10 @@ void setTextColor(QWidget* widget, const QColor& color) {
 }  // namespace
 
 OverlayBar::OverlayBar(QWidget* parent)
-    : QWidget(parent), m_name(new QLabel(QStringLiteral("Quillo"))), m_total(new QLabel) {
+    : QWidget(parent),
+      m_name(new QLabel(QStringLiteral("Quillo"))),
+      m_total(new QLabel),
+      m_search(new SearchField) {
     setFixedHeight(kHeight);
     m_name->setFont(sizedFont(font(), 13, QFont::Bold));
     m_total->setFont(sizedFont(font(), 12, QFont::Normal));
@@ -33,6 +38,8 @@ OverlayBar::OverlayBar(QWidget* parent)
     row->setSpacing(10);
     row->addWidget(m_name);
     row->addWidget(m_total);
+    row->addSpacing(kGapBeforeSearch);
+    row->addWidget(m_search, 1);
     row->addStretch();
     m_lock = addButton(QStringLiteral("Pinned"), QString());
     m_lock->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
@@ -68,10 +75,10 @@ void OverlayBar::setLocked(bool isLocked) {
     updateIcons();
 }
 
-void OverlayBar::setScheme(ColorScheme scheme) {
-    m_scheme = scheme;
-    const Palette& colors = paletteFor(scheme);
+void OverlayBar::setColors(const Palette& colors) {
+    m_colors = colors;
     setTextColor(m_name, colors.primaryText);
+    m_search->setColors(colors);
     for (QWidget* widget : {static_cast<QWidget*>(m_total), static_cast<QWidget*>(m_lock),
                             static_cast<QWidget*>(m_close)}) {
         setTextColor(widget, colors.secondaryText);
@@ -80,7 +87,7 @@ void OverlayBar::setScheme(ColorScheme scheme) {
 }
 
 void OverlayBar::updateIcons() {
-    const QColor color = paletteFor(m_scheme).secondaryText;
+    const QColor color = m_colors.secondaryText;
     const QString lock = m_isLocked ? QStringLiteral("pin.fill") : QStringLiteral("pin.slash");
     m_lock->setIcon(symbolPixmap(lock, kSymbolSize, color, devicePixelRatioF()));
     m_close->setIcon(

@@ -10,7 +10,10 @@ class QToolButton;
 
 namespace quillo {
 
-/// The line above the cards: the program's name, the number of clips, the lock and close buttons.
+class SearchField;
+
+/// The line above the cards: the program's name, the number of clips, the search field, the
+/// lock and close buttons.
 class OverlayBar final : public QWidget {
     Q_OBJECT
 
@@ -19,9 +22,11 @@ public:
 
     explicit OverlayBar(QWidget* parent = nullptr);
 
+    [[nodiscard]] SearchField& search() { return *m_search; }
+
     void setTotal(qsizetype total);
     void setLocked(bool isLocked);
-    void setScheme(ColorScheme scheme);
+    void setColors(const Palette& colors);
 
 Q_SIGNALS:
     void lockToggled();
@@ -33,9 +38,10 @@ private:
 
     QLabel* m_name;
     QLabel* m_total;
+    SearchField* m_search;
     QToolButton* m_lock;
     QToolButton* m_close;
-    ColorScheme m_scheme = ColorScheme::Light;
+    Palette m_colors = paletteFor(ColorScheme::Light);
     bool m_isLocked = true;
 };
 

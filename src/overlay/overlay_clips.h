@@ -9,18 +9,28 @@
 #include "library/thumbnails/card_content.h"
 #include "model/clip.h"
 #include "model/persistence_controller.h"
+#include "model/search/clip_search.h"
 #include "platform/workspace.h"
 
 namespace quillo {
 
-/// The clips that the panel shows: the newest fifty, and how many there are in all. Follows the
-/// view context's change sets, bumps included, while the panel is shown and while it is hidden.
-/// Main thread.
+/// How many clips of one stored kind the visible list has.
+struct ClipTypeCount {
+    ClipType type = ClipType::Text;
+    qsizetype count = 0;
+
+    friend bool operator==(const ClipTypeCount&, const ClipTypeCount&) = default;
+};
+
+/// The clips that the panel shows: those that search text, type filter and group leave, the first
+/// fifty of them as cards. The whole history is read from the store at once; a narrowed one comes
+/// from the search a moment later, and until then the cards stay as they were. Follows the store's
+/// changes while the panel is shown and while it is hidden. Main thread.
 class OverlayClips final : public QObject {
     Q_OBJECT
 
 public:
-    static constexpr int kMaxVisibleClips = 50;
+    static constexpr int kMaxVisibleClips = int(kSearchPageSize);
 
     /// Both must outlive this.
     OverlayClips(PersistenceController& persistence, Workspace& workspace,
@@ -29,22 +39,56 @@ public:
     [[nodiscard]] const QList<std::shared_ptr<Clip>>& clips() const { return m_clips; }
     /// One for each clip, in the same order.
     [[nodiscard]] const QList<CardContent>& cards() const { return m_cards; }
+    /// The length of the visible list.
     [[nodiscard]] qsizetype total() const { return m_total; }
+    /// In the kinds' order, without those that the visible list has none of.
+    [[nodiscard]] QList<ClipTypeCount> typeCounts() const;
+    /// The visible list of a narrowed history, which may be much longer than the cards; empty while
+    /// nothing narrows it.
+    [[nodiscard]] const QList<QUuid>& visibleIds() const { return m_visibleIds; }
+
+    [[nodiscard]] const QString& searchText() const { return m_searchText; }
+    void setSearchText(const QString& text);
+    void setTypeFilter(std::optional<FilterType> filter);
+    void setGroupFilter(std::optional<QUuid> group);
+    /// Back to the whole history.
+    void clearCriteria();
+
+    /// The cards do not yet answer the criteria.
+    [[nodiscard]] bool isPending() const { return m_isPending; }
 
     void refresh();
 
 Q_SIGNALS:
+    /// The cards are new.
     void refreshed();
+    /// total(), typeCounts() and visibleIds() are new.
+    void counted();
 
 private:
-    [[nodiscard]] QString sourceName(const Clip& clip);
+    [[nodiscard]] bool isNarrowed() const;
+    [[nodiscard]] ClipCriteria criteria() const;
+    [[nodiscard]] QString sourceName(const QString& identifier);
+    void storeChanged(const ChangeSet& changes);
+    void searchAgain();
+    void showWholeHistory();
+    void takePage(const SearchPage& page);
+    void takeResult(const SearchResult& result);
+    void show(QList<std::shared_ptr<Clip>> clips);
 
     PersistenceController& m_persistence;
     Workspace& m_workspace;
+    QHash<QString, QString> m_sourceNames;
+    ClipSearch m_search;
+    QString m_searchText;
+    std::optional<FilterType> m_typeFilter;
+    std::optional<QUuid> m_groupFilter;
     QList<std::shared_ptr<Clip>> m_clips;
     QList<CardContent> m_cards;
-    QHash<QString, QString> m_sourceNames;
+    QList<QUuid> m_visibleIds;
+    std::array<qsizetype, std::size(kClipTypes)> m_kindCounts{};
     qsizetype m_total = 0;
+    bool m_isPending = false;
 };
 
 /// What a program is called: its desktop entry's name, else the identifier's last part with each

@@ -6,6 +6,7 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QScopedValueRollback>
 #include <QScreen>
 #include <QTextEdit>
 #include <QTimer>
@@ -13,6 +14,7 @@
 #include <cmath>
 
 #include "base/logging.h"
+#include "overlay/search_field.h"
 
 namespace quillo {
 namespace {
@@ -35,6 +37,23 @@ std::optional<QPointF> storedOrigin(const UserDefaults& defaults) {
     return QPointF(*x, *y);
 }
 
+PanelPosition storedPosition(const UserDefaults& defaults) {
+    return panelPositionFromText(
+        defaults.string(QStringLiteral("panelPosition")).value_or(QString()));
+}
+
+bool storedLock(const UserDefaults& defaults) {
+    return defaults.boolean(QStringLiteral("panelPositionLocked")).value_or(true);
+}
+
+// Whether the value was another one.
+template <typename Value>
+bool isReplaced(Value& field, Value value) {
+    const bool isAnother = field != value;
+    field = std::move(value);
+    return isAnother;
+}
+
 QList<QRect> screenFrames() {
     QList<QRect> frames;
     for (const QScreen* screen : QGuiApplication::screens()) {
@@ -46,19 +65,72 @@ QList<QRect> screenFrames() {
 }  // namespace
 
 OverlayPanelController::OverlayPanelController(OverlayPanelServices services, QObject* parent)
-    : QObject(parent),
+    : PanelPositionControl(parent),
       m_services(std::move(services)),
       m_clips(m_services.persistence, m_services.workspace),
       m_thumbnails(m_services.images, storedImageLoader(m_services.persistence)),
-      m_panelPosition(panelPositionFromText(
-          m_services.defaults.string(QStringLiteral("panelPosition")).value_or(QString()))),
-      m_isPositionLocked(
-          m_services.defaults.boolean(QStringLiteral("panelPositionLocked")).value_or(true)),
+      m_panelPosition(storedPosition(m_services.defaults)),
+      m_isPositionLocked(storedLock(m_services.defaults)),
       m_customOrigin(storedOrigin(m_services.defaults)) {
     connect(&m_clips, &OverlayClips::refreshed, this, &OverlayPanelController::clipsRefreshed);
     m_services.surface.setCompositingListener([this] { compositingChanged(); });
+    followSettings();
     m_clips.refresh();
     QTimer::singleShot(0, this, &OverlayPanelController::prepare);
+}
+
+void OverlayPanelController::followSettings() {
+    ClipTypeColorManager& colors = m_services.colors;
+    for (const auto changed :
+         {&ClipTypeColorManager::panelOpacityChanged,
+          &ClipTypeColorManager::panelBackgroundColorChanged,
+          &ClipTypeColorManager::itemOpacityChanged, &ClipTypeColorManager::colorsChanged,
+          &ClipTypeColorManager::filterBadgeColorsChanged,
+          &ClipTypeColorManager::backgroundColorsChanged,
+          &ClipTypeColorManager::backgroundOpacitiesChanged}) {
+        connect(&colors, changed, this, &OverlayPanelController::updateLook);
+    }
+    connect(&colors, &ClipTypeColorManager::panelWidthChanged, this,
+            &OverlayPanelController::fitPanel);
+    connect(&m_services.theme, &ThemeManager::currentThemeChanged, this,
+            &OverlayPanelController::themeChanged);
+    connect(&m_services.theme, &ThemeManager::effectiveSchemeChanged, this,
+            &OverlayPanelController::updateLook);
+    connect(&m_services.defaults, &UserDefaults::changed, this,
+            &OverlayPanelController::settingEdited);
+}
+
+void OverlayPanelController::updateLook() {
+    if (m_view != nullptr) {
+        const bool isBlended = m_panel->testAttribute(Qt::WA_TranslucentBackground);
+        m_view->setLook(
+            m_services.colors.panelLook(isBlended ? Backdrop::Visible : Backdrop::Hidden));
+    }
+}
+
+void OverlayPanelController::themeChanged() {
+    m_services.colors.resetPanelBackgroundColor(m_services.theme.effectiveScheme());
+    updateLook();
+}
+
+// What is read here is compared with what is held: an edit may change several keys at once.
+void OverlayPanelController::settingEdited(const QString& key) {
+    if (m_isWriting || !key.startsWith(QLatin1StringView("panel"))) {
+        return;
+    }
+    const UserDefaults& defaults = m_services.defaults;
+    if (isReplaced(m_panelPosition, storedPosition(defaults))) {
+        placeAgain();
+        Q_EMIT panelPositionChanged();
+    }
+    if (isReplaced(m_isPositionLocked, storedLock(defaults))) {
+        showLock();
+        Q_EMIT positionLockedChanged();
+    }
+    if (isReplaced(m_customOrigin, storedOrigin(defaults))) {
+        placeAgain();
+        Q_EMIT customOriginChanged();
+    }
 }
 
 OverlayPanelController::~OverlayPanelController() {
@@ -95,12 +167,15 @@ void OverlayPanelController::createPanel() {
     m_view->bar().setLocked(m_isPositionLocked);
     m_panel->setContent(m_view);
     m_panel->setMovable(!m_isPositionLocked);
+    updateLook();
     connect(m_panel.get(), &OverlayPanel::dragged, this, [this] { m_wasDragged = m_isVisible; });
     connect(&m_view->strip(), &ClipStrip::cardClicked, this,
             [this](int index) { chooseClip(index, m_clips.clips()); });
     connect(&m_view->bar(), &OverlayBar::closeRequested, this, &OverlayPanelController::hide);
     connect(&m_view->bar(), &OverlayBar::lockToggled, this,
             [this] { setPositionLocked(!m_isPositionLocked); });
+    connect(&m_view->bar().search(), &QLineEdit::textChanged, this,
+            &OverlayPanelController::searchTextChanged);
     m_panel->winId();
     m_services.workspace.ignoreWindow(quint32(m_panel->winId()));
     qCDebug(lcPanel, "Overlay panel created");
@@ -114,7 +189,6 @@ void OverlayPanelController::prepare() {
     }
     createPanel();
     if (m_panel) {
-        m_view->setScheme(desktopColorScheme());
         fitPanel();
         (void)m_panel->grab();
     }
@@ -130,12 +204,9 @@ void OverlayPanelController::show() {
     if (!m_panel) {
         return;
     }
-    m_view->setScheme(desktopColorScheme());
     fitPanel();
     m_panel->setMovable(!m_isPositionLocked);
-    m_selectedIndex = 0;
-    m_selectedClip = QUuid();
-    m_view->reset();
+    resetSelection();
     const quint32 userTime = m_services.userTime();
     m_services.surface.prepare(*m_panel->windowHandle(), userTime);
     m_panel->show();
@@ -169,10 +240,22 @@ void OverlayPanelController::hide() {
         m_services.workspace.activate(*m_previousApp);
     }
     // Reset now, so that the next first frame never shows where this one ended.
+    m_view->bar().search().clear();
+    m_clips.clearCriteria();
+    resetSelection();
+    qCDebug(lcPanel, "Overlay hidden");
+}
+
+void OverlayPanelController::resetSelection() {
+    m_awaitedChoice.reset();
     m_selectedIndex = 0;
     m_selectedClip = QUuid();
     m_view->reset();
-    qCDebug(lcPanel, "Overlay hidden");
+}
+
+void OverlayPanelController::searchTextChanged(const QString& text) {
+    resetSelection();
+    m_clips.setSearchText(text);
 }
 
 QScreen* OverlayPanelController::mainScreen() const {
@@ -188,8 +271,10 @@ QScreen* OverlayPanelController::mainScreen() const {
 }
 
 void OverlayPanelController::fitPanel() {
-    if (const QScreen* screen = mainScreen()) {
-        applyFrame(*screen, int(std::lround(m_panelWidth * screen->geometry().width())));
+    const QScreen* screen = mainScreen();
+    if (m_panel && screen != nullptr) {
+        applyFrame(*screen,
+                   panelWidthOn(screen->geometry().width(), m_services.colors.panelWidth()));
     }
 }
 
@@ -220,6 +305,10 @@ void OverlayPanelController::clipsRefreshed() {
     if (!m_isVisible) {
         return;
     }
+    if (m_awaitedChoice && !m_clips.isPending()) {
+        chooseClip(*std::exchange(m_awaitedChoice, std::nullopt), m_clips.clips());
+        return;
+    }
     // A card that the person moved to stays the selected one when others come before it.
     const QList<std::shared_ptr<Clip>>& clips = m_clips.clips();
     for (int i = 0; i < clips.size() && !m_selectedClip.isNull(); ++i) {
@@ -234,6 +323,7 @@ void OverlayPanelController::clipsRefreshed() {
 }
 
 void OverlayPanelController::saveCustomOrigin() {
+    const QScopedValueRollback writing(m_isWriting, true);
     UserDefaults& defaults = m_services.defaults;
     if (m_customOrigin) {
         defaults.setObject(QStringLiteral("panelCustomX"), m_customOrigin->x());
@@ -245,10 +335,17 @@ void OverlayPanelController::saveCustomOrigin() {
 
 void OverlayPanelController::setPanelPosition(PanelPosition position) {
     m_panelPosition = position;
-    m_services.defaults.setObject(QStringLiteral("panelPosition"), panelPositionText(position));
     m_customOrigin.reset();
+    {
+        const QScopedValueRollback writing(m_isWriting, true);
+        m_services.defaults.setObject(QStringLiteral("panelPosition"), panelPositionText(position));
+    }
     saveCustomOrigin();
     Q_EMIT panelPositionChanged();
+    placeAgain();
+}
+
+void OverlayPanelController::placeAgain() {
     const QScreen* screen = mainScreen();
     if (m_panel && screen != nullptr) {
         applyFrame(*screen, m_panel->width());
@@ -262,17 +359,14 @@ void OverlayPanelController::resetToDefaultPosition() {
 void OverlayPanelController::setPositionLocked(bool isLocked) {
     m_isPositionLocked = isLocked;
     m_services.defaults.setObject(QStringLiteral("panelPositionLocked"), isLocked);
-    if (m_panel) {
-        m_panel->setMovable(!isLocked);
-        m_view->bar().setLocked(isLocked);
-    }
+    showLock();
     Q_EMIT positionLockedChanged();
 }
 
-void OverlayPanelController::updatePanelWidth(double fraction) {
-    m_panelWidth = fraction;
+void OverlayPanelController::showLock() {
     if (m_panel) {
-        fitPanel();
+        m_panel->setMovable(!m_isPositionLocked);
+        m_view->bar().setLocked(m_isPositionLocked);
     }
 }
 
@@ -294,6 +388,15 @@ void OverlayPanelController::chooseClip(int index, const QList<std::shared_ptr<C
     m_services.pasteBack.copyToPasteboard(*clips.at(index), target);
     hide();
     m_services.pasteBack.pasteAndTouch(chosen, target);
+}
+
+// What is pressed while the answer to the newest search is on its way means that answer.
+void OverlayPanelController::chooseWhenFound(int index) {
+    if (m_clips.isPending()) {
+        m_awaitedChoice = index;
+    } else {
+        chooseClip(index, m_clips.clips());
+    }
 }
 
 bool OverlayPanelController::isTextInputFocused() const {
@@ -319,7 +422,8 @@ bool OverlayPanelController::handleKey(const QKeyEvent& event) {
         .scanCode = event.nativeScanCode(),
         .textHasFocus = isTextInputFocused(),
         .selectedIndex = m_selectedIndex,
-        .cardCount = int(m_clips.clips().size()),
+        .cardCount =
+            m_clips.isPending() ? OverlayClips::kMaxVisibleClips : int(m_clips.clips().size()),
     });
     switch (action.kind) {
         case PanelKeyAction::Kind::LetThrough:
@@ -333,7 +437,17 @@ bool OverlayPanelController::handleKey(const QKeyEvent& event) {
             selectItem(action.index);
             break;
         case PanelKeyAction::Kind::Choose:
-            chooseClip(action.index, m_clips.clips());
+            chooseWhenFound(action.index);
+            break;
+        case PanelKeyAction::Kind::FocusCards:
+            m_view->strip().setFocus();
+            break;
+        case PanelKeyAction::Kind::FocusSearch:
+            m_view->bar().search().setFocus(Qt::ShortcutFocusReason);
+            m_view->bar().search().selectAll();
+            break;
+        case PanelKeyAction::Kind::StartSearch:
+            m_view->bar().search().typeText(event.text());
             break;
         default:
             editText(action.kind);

@@ -8,7 +8,8 @@
 #include <memory>
 #include <optional>
 
-#include "appearance/palette.h"
+#include "appearance/clip_type_color_manager.h"
+#include "appearance/theme_manager.h"
 #include "base/clock.h"
 #include "library/thumbnails/image_thumbnails.h"
 #include "overlay/overlay_clips.h"
@@ -33,6 +34,8 @@ struct OverlayPanelServices {
     Workspace& workspace;
     PasteBack& pasteBack;
     UserDefaults& defaults;
+    const ThemeManager& theme;
+    ClipTypeColorManager& colors;
     NotificationCenter& notifications;
     const ImageCodec& images;
     PanelSurface& surface;
@@ -47,7 +50,7 @@ struct OverlayPanelServices {
 /// the focus back, places the panel and keeps a dragged place, turns keys into selection and
 /// choice, and hands the chosen clip to paste-back. The panel is made when the event loop first
 /// rests, or on a show before that, and kept. Main thread.
-class OverlayPanelController final : public QObject {
+class OverlayPanelController final : public PanelPositionControl {
     Q_OBJECT
 
 public:
@@ -59,11 +62,9 @@ public:
     void show();
     void hide();
 
-    void setPanelPosition(PanelPosition position);
-    void resetToDefaultPosition();
-    void setPositionLocked(bool isLocked);
-    /// fraction of the screen's width.
-    void updatePanelWidth(double fraction);
+    void setPanelPosition(PanelPosition position) override;
+    void resetToDefaultPosition() override;
+    void setPositionLocked(bool isLocked) override;
 
     void selectItem(int index);
     /// Copies the clip, hides the panel and pastes. An index beyond the list does nothing.
@@ -71,17 +72,12 @@ public:
 
     [[nodiscard]] bool isVisible() const { return m_isVisible; }
     [[nodiscard]] int selectedIndex() const { return m_selectedIndex; }
-    [[nodiscard]] PanelPosition panelPosition() const { return m_panelPosition; }
-    [[nodiscard]] bool isPositionLocked() const { return m_isPositionLocked; }
+    [[nodiscard]] PanelPosition panelPosition() const override { return m_panelPosition; }
+    [[nodiscard]] bool isPositionLocked() const override { return m_isPositionLocked; }
     [[nodiscard]] std::optional<QPointF> customOrigin() const { return m_customOrigin; }
     [[nodiscard]] const OverlayClips& clips() const { return m_clips; }
     /// None before it is made.
     [[nodiscard]] OverlayPanel* panel() { return m_panel.get(); }
-
-Q_SIGNALS:
-    void panelPositionChanged();
-    void positionLockedChanged();
-    void customOriginChanged();
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -93,6 +89,15 @@ private:
     void applyFrame(const QScreen& screen, int width);
     void compositingChanged();
     void clipsRefreshed();
+    void resetSelection();
+    void searchTextChanged(const QString& text);
+    void chooseWhenFound(int index);
+    void followSettings();
+    void settingEdited(const QString& key);
+    void updateLook();
+    void themeChanged();
+    void placeAgain();
+    void showLock();
     void saveCustomOrigin();
     [[nodiscard]] QScreen* mainScreen() const;
     [[nodiscard]] bool isTextInputFocused() const;
@@ -109,11 +114,12 @@ private:
     bool m_wasDragged = false;
     int m_selectedIndex = 0;
     QUuid m_selectedClip;
-    double m_panelWidth = 1.0;
+    std::optional<int> m_awaitedChoice;  ///< Chosen before the newest search was answered.
     std::chrono::steady_clock::time_point m_lastToggleTime;
     PanelPosition m_panelPosition;
     bool m_isPositionLocked;
     std::optional<QPointF> m_customOrigin;
+    bool m_isWriting = false;  ///< What changes now in the settings is ours.
 };
 
 }  // namespace quillo

@@ -29,8 +29,9 @@ OverlayView::OverlayView(const OverlayClips& clips, ImageThumbnails& thumbnails,
     column->setSpacing(0);
     column->addWidget(m_bar);
     column->addWidget(m_strip);
-    connect(&clips, &OverlayClips::refreshed, this,
-            [this, &clips] { m_bar->setTotal(clips.total()); });
+    for (const auto changed : {&OverlayClips::refreshed, &OverlayClips::counted}) {
+        connect(&clips, changed, this, [this, &clips] { m_bar->setTotal(clips.total()); });
+    }
     m_bar->setTotal(clips.total());
 }
 
@@ -38,23 +39,22 @@ void OverlayView::reset() {
     m_strip->reset();
 }
 
-void OverlayView::setScheme(ColorScheme scheme) {
-    m_scheme = scheme;
-    m_bar->setScheme(scheme);
-    m_strip->setScheme(scheme);
+void OverlayView::setLook(const PanelLook& look) {
+    m_colors = look.palette();
+    m_bar->setColors(m_colors);
+    m_strip->setLook(look);
     update();
 }
 
 void OverlayView::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    const Palette& colors = paletteFor(m_scheme);
     if (!window()->testAttribute(Qt::WA_TranslucentBackground)) {
         // The window's shape cuts the corners; nothing shines through beside the round line.
-        painter.fillRect(rect(), colors.panelBackground);
+        painter.fillRect(rect(), m_colors.panelBackground);
     }
-    painter.setPen(QPen(colors.panelBorder, 1));
-    painter.setBrush(colors.panelBackground);
+    painter.setPen(QPen(m_colors.panelBorder, 1));
+    painter.setBrush(m_colors.panelBackground);
     painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), kPanelCornerRadius,
                             kPanelCornerRadius);
     paintHints(painter);
@@ -74,7 +74,6 @@ void OverlayView::paintHints(QPainter& painter) const {
                  actionMetrics.horizontalAdvance(QLatin1StringView(action));
     }
     int x = (width() - total) / 2;
-    const Palette& colors = paletteFor(m_scheme);
     const auto draw = [&](const char* text, const QFont& font, const QColor& color) {
         const QString word = QString::fromLatin1(text);
         painter.setFont(font);
@@ -84,9 +83,9 @@ void OverlayView::paintHints(QPainter& painter) const {
         x += QFontMetrics(font).horizontalAdvance(word);
     };
     for (const auto& [key, action] : kHints) {
-        draw(key, keyFont, colors.primaryText);
+        draw(key, keyFont, m_colors.primaryText);
         x += kGapWithinHint;
-        draw(action, actionFont, colors.secondaryText);
+        draw(action, actionFont, m_colors.secondaryText);
         x += kGapBetweenHints;
     }
 }

@@ -3,7 +3,7 @@
 
 #include <QWidget>
 
-#include "appearance/palette.h"
+#include "appearance/panel_look.h"
 #include "overlay/clip_strip.h"
 #include "overlay/overlay_bar.h"
 
@@ -24,7 +24,7 @@ public:
 
     /// Back to how it looks when it is first shown.
     void reset();
-    void setScheme(ColorScheme scheme);
+    void setLook(const PanelLook& look);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -34,7 +34,7 @@ private:
 
     OverlayBar* m_bar;
     ClipStrip* m_strip;
-    ColorScheme m_scheme = ColorScheme::Light;
+    Palette m_colors = PanelLook().palette();
 };
 
 }  // namespace quillo

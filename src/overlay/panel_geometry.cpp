@@ -2,6 +2,7 @@
 #include "overlay/panel_geometry.h"
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 
 namespace quillo {
@@ -20,23 +21,10 @@ QRect movedInto(const QRect& frame, const QRect& area) {
 
 }  // namespace
 
-PanelPosition panelPositionFromText(const QString& text) {
-    if (text == QLatin1StringView("top")) {
-        return PanelPosition::Top;
-    }
-    return text == QLatin1StringView("center") ? PanelPosition::Center : PanelPosition::Bottom;
-}
-
-QString panelPositionText(PanelPosition position) {
-    switch (position) {
-        case PanelPosition::Top:
-            return QStringLiteral("top");
-        case PanelPosition::Center:
-            return QStringLiteral("center");
-        case PanelPosition::Bottom:
-            break;
-    }
-    return QStringLiteral("bottom");
+int panelWidthOn(int screenWidth, double factor) {
+    const double bounded = std::clamp(factor, 0.0, 1.0);
+    return std::max(std::min(kNarrowestPanel, screenWidth),
+                    int(std::lround(screenWidth * bounded)));
 }
 
 QPoint originForPanel(PanelPosition position, const std::optional<QPoint>& custom,

@@ -48,6 +48,9 @@ PanelKeyAction withControl(const PanelKeyPress& press) {
         return {Kind::Hide};
     }
     const bool isPlainControl = press.modifiers == Qt::ControlModifier;
+    if (isPlainControl && press.key == Qt::Key_F) {
+        return {Kind::FocusSearch};
+    }
     return press.textHasFocus && isPlainControl ? editingAction(press.key)
                                                 : PanelKeyAction{Kind::LetThrough};
 }
@@ -56,8 +59,17 @@ PanelKeyAction inTextField(const PanelKeyPress& press) {
     if (press.key == Qt::Key_Escape) {
         return {Kind::Hide};
     }
+    if (press.key == Qt::Key_Down) {
+        return {Kind::FocusCards};
+    }
     return isReturn(press.key) ? PanelKeyAction{Kind::Choose, press.selectedIndex}
                                : PanelKeyAction{Kind::LetThrough};
+}
+
+bool isTyping(const PanelKeyPress& press) {
+    const bool isPlain = (press.modifiers & (Qt::AltModifier | Qt::MetaModifier)) == 0;
+    return isPlain && !press.text.isEmpty() && press.text.at(0).isPrint() &&
+           !press.text.at(0).isSpace();
 }
 
 PanelKeyAction selecting(const PanelKeyPress& press, int step) {
@@ -79,9 +91,15 @@ PanelKeyAction onCards(const PanelKeyPress& press) {
     if (press.key == Qt::Key_Right || press.key == Qt::Key_Down) {
         return selecting(press, 1);
     }
-    const int digit = digitOf(press);
-    return digit >= 1 && digit <= press.cardCount ? PanelKeyAction{Kind::Choose, digit - 1}
-                                                  : PanelKeyAction{Kind::LetThrough};
+    if (const int digit = digitOf(press); digit >= 1) {
+        return digit <= press.cardCount ? PanelKeyAction{Kind::Choose, digit - 1}
+                                        : PanelKeyAction{Kind::LetThrough};
+    }
+    if (!isTyping(press)) {
+        return {Kind::LetThrough};
+    }
+    return press.text == QStringLiteral("/") ? PanelKeyAction{Kind::FocusSearch}
+                                             : PanelKeyAction{Kind::StartSearch};
 }
 
 }  // namespace

@@ -25,6 +25,9 @@ struct PanelKeyAction {
         Hide,
         Select,  ///< The card at index.
         Choose,  ///< The card at index.
+        FocusCards,
+        FocusSearch,  ///< With its text selected.
+        StartSearch,  ///< With what was typed.
         SelectAllText,
         CopyText,
         PasteText,
@@ -39,7 +42,7 @@ struct PanelKeyAction {
 };
 
 /// Decides a key press. The digits 1 to 9 choose cards, also on layouts whose digit row gives
-/// digits only with Shift.
+/// digits only with Shift; any other character starts a search.
 [[nodiscard]] PanelKeyAction panelKeyAction(const PanelKeyPress& press);
 
 }  // namespace quillo

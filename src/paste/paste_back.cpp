@@ -3,6 +3,7 @@
 
 #include "base/logging.h"
 #include "paste/paste_target.h"
+#include "paste/text_transformation_service.h"
 
 #include <QTimer>
 #include <chrono>
@@ -39,10 +40,12 @@ void PasteBack::copyInDetail(const Clip& clip) {
     m_services.pasteboard.write(contentsForDetailCopy(clip));
 }
 
-void PasteBack::copyText(const QString& text) {
-    PasteboardContents contents;
-    contents.text = text;
-    m_services.pasteboard.write(std::move(contents));
+void PasteBack::copyTransformed(const Clip& clip, TextTransformation transformation) {
+    if (const std::optional<QString> text = transformableText(clip)) {
+        PasteboardContents contents;
+        contents.text = TextTransformationService::shared().apply(transformation, *text);
+        m_services.pasteboard.write(std::move(contents));
+    }
 }
 
 void PasteBack::pasteAndTouch(const QUuid& clip, const std::optional<RunningApplication>& target) {

@@ -9,6 +9,7 @@
 #include "model/clip.h"
 #include "model/persistence_controller.h"
 #include "paste/clip_contents.h"
+#include "paste/text_transformation.h"
 #include "platform/hot_keys.h"
 #include "platform/key_event_poster.h"
 #include "platform/pasteboard.h"
@@ -47,8 +48,9 @@ public:
     /// The detail view's copy button.
     void copyInDetail(const Clip& clip);
 
-    /// A transformed text of a clip, for the detail view's transformation buttons.
-    void copyText(const QString& text);
+    /// The clip's text transformed, for the detail view's transformation buttons; nothing happens,
+    /// and the pasteboard stays as it is, when the clip has neither a text nor an address.
+    void copyTransformed(const Clip& clip, TextTransformation transformation);
 
     /// After the panel was hidden: waits until 30 ms have passed and the target has the focus
     /// again, whichever is later, posts its paste keys (unless "enableAutoPaste" is false), then

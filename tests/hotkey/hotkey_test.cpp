@@ -92,5 +92,22 @@ TEST(HotkeyManager, ChangesOnlyWhatIsAllowedAndStoresItEvenWhenItIsTaken) {
     EXPECT_EQ(defaults.integer(u"hotkeyKeyCode"_s), 9);
 }
 
+// Both numbers change in one edit, and each of them is told of.
+TEST(HotkeyManager, AShortcutEditedInTheSettingsTakesEffectAtOnce) {
+    FakeHotKeys hotKeys;
+    MemoryUserDefaults defaults({{u"hotkeyKeyCode"_s, 49}, {u"hotkeyModifiers"_s, 6144}});
+    HotkeyManager manager(hotKeys, defaults, nullptr);
+    int told = 0;
+    QObject::connect(&manager, &HotkeyManager::currentConfigChanged, &manager, [&] { ++told; });
+    defaults.setObject(u"hotkeyKeyCode"_s, 50);
+    EXPECT_TRUE(hotKeys.isRegistered({50, 6144}));
+    EXPECT_FALSE(hotKeys.isRegistered({49, 6144}));
+    defaults.remove(u"hotkeyKeyCode"_s);
+    EXPECT_EQ(manager.currentConfig(), HotkeyConfig());
+    EXPECT_EQ(told, 2);
+    (void)manager.updateHotkey({51, 512});
+    EXPECT_EQ(told, 3) << "its own two writes are no edits";
+}
+
 }  // namespace
 }  // namespace quillo::testing

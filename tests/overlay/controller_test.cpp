@@ -14,6 +14,7 @@
 #include "support/fake_key_event_poster.h"
 #include "support/fake_panel_surface.h"
 #include "support/fake_pasteboard.h"
+#include "support/fake_system_appearance.h"
 #include "support/fake_workspace.h"
 #include "support/in_memory_store.h"
 #include "support/manual_clock.h"
@@ -37,8 +38,8 @@ class Controller : public ::testing::Test {
 protected:
     [[nodiscard]] std::unique_ptr<OverlayPanelController> makeController() {
         return std::make_unique<OverlayPanelController>(OverlayPanelServices{
-            m_persistence, m_workspace, m_pasteBack, m_defaults, m_notifications, m_images,
-            m_surface, m_clock, [this] { ++m_captureRequests; }, [] { return 4711U; }});
+            m_persistence, m_workspace, m_pasteBack, m_defaults, m_theme, m_colors, m_notifications,
+            m_images, m_surface, m_clock, [this] { ++m_captureRequests; }, [] { return 4711U; }});
     }
 
     void store(const QString& text) {
@@ -65,6 +66,9 @@ protected:
 
     ManualClock m_clock;
     MemoryUserDefaults m_defaults;
+    FakeSystemAppearance m_system;
+    ThemeManager m_theme{m_defaults, m_system};
+    ClipTypeColorManager m_colors{m_defaults, m_theme};
     NotificationCenter m_notifications;
     PersistenceController m_persistence{inMemory(m_clock)};
     DocumentReader m_richText;
@@ -202,6 +206,36 @@ TEST_F(Controller, AbsurdStoredPlacesAreNotUsed) {
     const auto controller = makeController();
     EXPECT_EQ(controller->customOrigin(), std::nullopt);
     EXPECT_EQ(controller->panelPosition(), PanelPosition::Bottom);
+}
+
+TEST_F(Controller, WhatIsChangedOrEditedInTheSettingsIsTakenOverAtOnce) {
+    const auto controller = makeController();
+    controller->show();
+    const QRect screen = QGuiApplication::primaryScreen()->geometry();
+    const auto frame = [&] { return controller->panel()->geometry(); };
+    m_colors.setPanelWidth(0.85);
+    EXPECT_EQ(frame().width(), std::max(640, qRound(0.85 * screen.width())));
+    m_defaults.setObject(u"panelWidth"_s, -3);
+    EXPECT_EQ(frame().width(), std::min(640, screen.width()));
+    m_defaults.setObject(u"panelWidth"_s, 1e300);
+    EXPECT_EQ(frame().width(), screen.width());
+    m_defaults.setObject(u"panelPosition"_s, u"top"_s);
+    EXPECT_EQ(frame().y(), QGuiApplication::primaryScreen()->availableGeometry().y() + 24);
+    m_defaults.setObject(u"panelPositionLocked"_s, false);
+    EXPECT_TRUE(controller->panel()->isMovable());
+    m_defaults.setObject(u"panelCustomX"_s, 7);
+    m_defaults.setObject(u"panelCustomY"_s, 8);
+    m_defaults.setObject(u"panelHasCustomOrigin"_s, true);
+    EXPECT_EQ(frame().topLeft(), QPoint(7, 8));
+
+    m_colors.setHasCustomPanelBackground(true);
+    m_colors.setPanelBackgroundColor(Qt::red);
+    m_colors.savePanelBackgroundColor();
+    m_theme.setCurrentTheme(AppTheme::Dark);
+    EXPECT_FALSE(m_defaults.object(u"panelBackgroundColor"_s));
+    const QImage shown = controller->panel()->grab().toImage();
+    EXPECT_EQ(shown.pixelColor(120, 308), QColor(0x2c, 0x2c, 0x2e));
+    m_theme.setCurrentTheme(AppTheme::Auto);
 }
 
 TEST_F(Controller, ACompositorThatComesOrGoesMakesThePanelAnew) {

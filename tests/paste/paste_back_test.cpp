@@ -123,9 +123,13 @@ TEST_F(Pasting, EveryCopyCarriesTheMarkerFirst) {
     EXPECT_EQ(m_pasteboard.offeredTargets().value(0), "com.quillohq.Quillo.marker");
     m_pasteBack.copyInDetail(*m_clip);
     EXPECT_EQ(m_pasteboard.offeredTargets().value(0), "com.quillohq.Quillo.marker");
-    m_pasteBack.copyText(u"changed"_s);
+    m_pasteBack.copyTransformed(*m_clip, TextTransformation::Uppercase);
     EXPECT_EQ(m_pasteboard.offeredTargets().value(0), "com.quillohq.Quillo.marker");
-    EXPECT_EQ(m_pasteboard.paste("UTF8_STRING").value_or(RawReply{}).bytes, "changed");
+    EXPECT_EQ(m_pasteboard.paste("UTF8_STRING").value_or(RawReply{}).bytes, "WORDS");
+    m_clip->setPlaintext({});
+    m_pasteBack.copyTransformed(*m_clip, TextTransformation::Lowercase);
+    EXPECT_EQ(m_pasteboard.paste("UTF8_STRING").value_or(RawReply{}).bytes, "WORDS")
+        << "nothing to transform leaves the pasteboard as it is";
 }
 
 }  // namespace

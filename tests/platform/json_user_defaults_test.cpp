@@ -175,6 +175,29 @@ TEST_F(JsonUserDefaultsTest, AnEditAndAWaitingWriteAreBothKept) {
     EXPECT_EQ(defaults.integer(u"b"_s), 3);
 }
 
+TEST_F(JsonUserDefaultsTest, AnEditBetweenReadingAndWritingIsNotReplaced) {
+    writeByHand(R"({"a":1})");
+    const SettingsFileState read = settingsFileState(m_path);
+    writeByHand(R"({"a":2})");
+    const Result<void> late = writeSettingsFile(m_path, {{u"b"_s, 1}}, read);
+    ASSERT_FALSE(late);
+    EXPECT_EQ(late.error().kind, ErrorKind::Busy);
+    EXPECT_EQ(bytesOf(m_path), R"({"a":2})");
+    EXPECT_EQ(filesInFolder().size(), 1) << "no half-written file stays behind";
+    ASSERT_TRUE(writeSettingsFile(m_path, {{u"b"_s, 1}}, settingsFileState(m_path)));
+    EXPECT_EQ(stored(), (QJsonObject{{u"b"_s, 1}}));
+}
+
+TEST_F(JsonUserDefaultsTest, BigIntegersAndFractionsOfUnknownKeysSurviveAWrite) {
+    writeByHand(R"({"big":9223372036854775807,"small":-9007199254740993,"part":0.1})");
+    {
+        JsonUserDefaults defaults(m_path);
+        defaults.setObject(u"panelWidth"_s, 1.0);
+    }
+    EXPECT_EQ(QJsonDocument(stored()).toJson(QJsonDocument::Compact),
+              R"({"big":9223372036854775807,"panelWidth":1,"part":0.1,"small":-9007199254740993})");
+}
+
 TEST_F(JsonUserDefaultsTest, ASymbolicLinkStays) {
     const QString target = m_home.filePath(u"dotfiles.json"_s);
     ASSERT_TRUE(QDir().mkpath(QFileInfo(m_path).path()));

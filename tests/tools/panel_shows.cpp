@@ -50,9 +50,9 @@ public:
                        m_defaults,
                        {*m_services.richText, *m_services.images},
                        m_clock}),
-          m_controller({m_persistence, *m_services.workspace, m_pasteBack, m_defaults,
-                        m_notifications, *m_services.images, *m_services.panelSurface, m_clock,
-                        [] {}, [] { return 0U; }}) {
+          m_controller({m_persistence, *m_services.workspace, m_pasteBack, m_defaults, m_theme,
+                        m_colors, m_notifications, *m_services.images, *m_services.panelSurface,
+                        m_clock, [] {}, [] { return 0U; }}) {
         qApp->installEventFilter(&m_witness);
     }
 
@@ -74,6 +74,8 @@ private:
     quillo::NotificationCenter m_notifications;
     quillo::PersistenceController m_persistence;
     quillo::PasteBack m_pasteBack;
+    quillo::ThemeManager m_theme{m_defaults, *m_services.appearance};
+    quillo::ClipTypeColorManager m_colors{m_defaults, m_theme};
     quillo::OverlayPanelController m_controller;
     PaintWitness m_witness;
 };

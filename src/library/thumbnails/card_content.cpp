@@ -11,38 +11,8 @@ namespace {
 // More than the ten lines of a card of 280 pixels can hold.
 constexpr qsizetype kLongestBody = 700;
 
-struct CardKind {
-    QString label;
-    const char* symbol;
-    QRgb color;
-};
-
-CardKind fileCardKind(const Clip& clip) {
-    const QString name = clip.fileKindName();
-    return {name, name == QLatin1StringView("Folder") ? "folder" : "doc",
-            name == QLatin1StringView("Folder") ? 0xfff39c12 : 0xff95a5a6};
-}
-
-CardKind cardKindOf(const Clip& clip, bool isColor) {
-    switch (clip.type().value_or(ClipType::Text)) {
-        case ClipType::Rtf:
-            return {QStringLiteral("Rich Text"), "doc.richtext", 0xff9b59b6};
-        case ClipType::Html:
-            return {QStringLiteral("HTML"), "globe", 0xffff8e72};
-        case ClipType::Image:
-            return {QStringLiteral("Image"), "photo", 0xff6bcb77};
-        case ClipType::FileUrl:
-            return fileCardKind(clip);
-        case ClipType::Text:
-            break;
-    }
-    if (!clip.urlString().value_or(QString()).isEmpty()) {
-        return {QStringLiteral("Link"), "link", 0xff3498db};
-    }
-    if (isColor) {
-        return {QStringLiteral("Color"), "paintpalette", 0xffff6b6b};
-    }
-    return {QStringLiteral("Text"), "doc.text", 0xff4d96ff};
+QString kindLabelOf(const Clip& clip, FilterType filter) {
+    return clip.type() == ClipType::FileUrl ? clip.fileKindName() : label(filter);
 }
 
 QString charactersText(const Clip& clip) {
@@ -79,11 +49,11 @@ CardContent cardContentFor(const Clip& clip, const QString& source) {
     CardContent card;
     card.swatch =
         clip.urlString().value_or(QString()).isEmpty() ? clip.detectedColor() : std::nullopt;
-    const CardKind kind = cardKindOf(clip, card.swatch.has_value());
     card.clip = clip.id();
-    card.kindLabel = kind.label;
-    card.symbol = QString::fromLatin1(kind.symbol);
-    card.color = QColor::fromRgb(kind.color);
+    card.kind = clip.type().value_or(ClipType::Text);
+    card.filter = filterTypeOf(clip);
+    card.kindLabel = kindLabelOf(clip, card.filter);
+    card.symbol = icon(card.filter);
     card.body = bodyOf(clip);
     card.createdAt = clip.createdAt();
     card.detail = card.swatch ? card.body.trimmed() : detailOf(clip);

@@ -8,6 +8,7 @@
 
 #include "base/clock.h"
 #include "model/clip.h"
+#include "model/filter_type.h"
 
 namespace quillo {
 
@@ -16,9 +17,10 @@ struct CardContent {
     QUuid clip;
     QString kindLabel;
     QString symbol;
-    QColor color;                  ///< Of the kind: the tile, and the card's tint.
-    QString body;                  ///< Bounded: no more than a card can show.
-    std::optional<QColor> swatch;  ///< For a colour clip.
+    ClipType kind = ClipType::Text;
+    FilterType filter = FilterType::Text;  ///< What the clip is, finer than its kind.
+    QString body;                          ///< Bounded: no more than a card can show.
+    std::optional<QColor> swatch;          ///< For a colour clip.
     std::optional<Timestamp> createdAt;
     QString detail;  ///< Size, host or number of characters.
     QString source;  ///< The program that it came from; may be empty.

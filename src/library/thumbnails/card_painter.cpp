@@ -56,8 +56,8 @@ QStringList fittingLines(const QString& text, const QFont& font, const QSize& ar
 
 }  // namespace
 
-CardPainter::CardPainter(const Palette& palette, const QFont& font)
-    : m_palette(palette),
+CardPainter::CardPainter(const PanelLook& look, const QFont& font)
+    : m_look(look),
       m_bodyFont(sizedFont(font, 13, QFont::Normal)),
       m_labelFont(sizedFont(font, 12, QFont::DemiBold)),
       m_smallFont(sizedFont(font, 11, QFont::Normal)) {}
@@ -71,11 +71,12 @@ void CardPainter::paint(QPainter& painter, const QRect& area, const CardContent&
     painter.save();
     painter.setClipRect(area, Qt::IntersectClip);
     painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-    paintGround(painter, area, tintedCard(m_palette, card.color));
-    paintBody(painter, area, card, state);
-    paintHeader(painter, area, card, state);
-    paintFooter(painter, area, card, state);
-    painter.setPen(QPen(m_palette.cardBorder, 1));
+    const CardFace face{card, state, m_look.card(card.kind, card.filter)};
+    paintGround(painter, area, face.look.ground);
+    paintBody(painter, area, face);
+    paintHeader(painter, area, face);
+    paintFooter(painter, area, face);
+    painter.setPen(QPen(face.look.border, 1));
     painter.setBrush(Qt::NoBrush);
     painter.drawRoundedRect(QRectF(area).adjusted(0.5, 0.5, -0.5, -0.5), kCornerRadius,
                             kCornerRadius);
@@ -88,54 +89,55 @@ void CardPainter::paintGround(QPainter& painter, const QRect& area, const QColor
     painter.drawRoundedRect(area, kCornerRadius, kCornerRadius);
 }
 
-void CardPainter::paintHeader(QPainter& painter, const QRect& area, const CardContent& card,
-                              const CardState& state) const {
+void CardPainter::paintHeader(QPainter& painter, const QRect& area, const CardFace& face) const {
+    const auto& [card, state, look] = face;
     const QRect header(area.left() + kMargin, area.top(), area.width() - 2 * kMargin,
                        kHeaderHeight);
     const QRect tile(header.left(), header.top() + 8, kTileSide, kTileSide);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(card.color);
+    painter.setBrush(look.tile);
     painter.drawRoundedRect(tile, 4, 4);
     painter.drawPixmap(
         tile.topLeft() + QPoint(3, 3),
-        symbolPixmap(card.symbol, 12, Qt::white, painter.device()->devicePixelRatio()));
+        symbolPixmap(card.symbol, 12, look.tileSymbol, painter.device()->devicePixelRatio()));
     painter.setFont(m_smallFont);
-    painter.setPen(m_palette.secondaryText);
+    painter.setPen(look.secondaryText);
     const QRect line = header.adjusted(kTileSide + 7, -1, 0, -1);
     painter.drawText(line, Qt::AlignRight | Qt::AlignVCenter, state.age);
     const int ageWidth = QFontMetrics(m_smallFont).horizontalAdvance(state.age);
     painter.setFont(m_labelFont);
-    painter.setPen(m_palette.primaryText);
+    painter.setPen(look.primaryText);
     painter.drawText(line, Qt::AlignLeft | Qt::AlignVCenter,
                      QFontMetrics(m_labelFont)
                          .elidedText(card.kindLabel, Qt::ElideRight, line.width() - ageWidth - 8));
 }
 
-void CardPainter::paintBody(QPainter& painter, const QRect& area, const CardContent& card,
-                            const CardState& state) const {
+void CardPainter::paintBody(QPainter& painter, const QRect& area, const CardFace& face) const {
+    const auto& [card, state, look] = face;
     const QRect body = bodyArea(area);
     if (card.swatch) {
-        paintSwatch(painter, body, card);
+        paintSwatch(painter, body, face);
     } else if (card.hasImage && !state.thumbnail.isNull()) {
         paintImage(painter, body, state);
     } else if (card.hasImage) {
-        const QPixmap symbol = symbolPixmap(card.symbol, 40, m_palette.secondaryText,
-                                            painter.device()->devicePixelRatio());
+        const QPixmap symbol =
+            symbolPixmap(card.symbol, 40, look.secondaryText, painter.device()->devicePixelRatio());
         painter.drawPixmap(body.center() - QPoint(20, 20), symbol);
     } else {
-        paintText(painter, body.adjusted(14, 0, -14, -4), card.body);
+        paintText(painter, body.adjusted(14, 0, -14, -4), face);
     }
 }
 
-void CardPainter::paintSwatch(QPainter& painter, const QRect& body, const CardContent& card) const {
+void CardPainter::paintSwatch(QPainter& painter, const QRect& body, const CardFace& face) const {
+    const auto& [card, state, look] = face;
     const QRect swatch = body.adjusted(kMargin, 0, -kMargin, -44);
-    painter.setPen(QPen(m_palette.cardBorder, 1));
+    painter.setPen(QPen(look.border, 1));
     painter.setBrush(*card.swatch);
     painter.drawRoundedRect(swatch, 10, 10);
     QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
     fixed.setPixelSize(13);
     painter.setFont(fixed);
-    painter.setPen(m_palette.primaryText);
+    painter.setPen(look.primaryText);
     painter.drawText(QRect(body.left() + 14, swatch.bottom() + 8, body.width() - 28, 24),
                      Qt::AlignLeft | Qt::AlignVCenter, card.body.trimmed());
 }
@@ -146,19 +148,19 @@ void CardPainter::paintImage(QPainter& painter, const QRect& body, const CardSta
     painter.drawPixmap(QRectF(body), state.thumbnail, source);
 }
 
-void CardPainter::paintText(QPainter& painter, const QRect& body, const QString& text) const {
+void CardPainter::paintText(QPainter& painter, const QRect& body, const CardFace& face) const {
     painter.setFont(m_bodyFont);
-    painter.setPen(m_palette.primaryText);
+    painter.setPen(face.look.primaryText);
     const QFontMetrics metrics(m_bodyFont);
     int baseline = body.top() + metrics.ascent() + 1;
-    for (const QString& line : fittingLines(text, m_bodyFont, body.size())) {
+    for (const QString& line : fittingLines(face.card.body, m_bodyFont, body.size())) {
         painter.drawText(body.left(), baseline, line);
         baseline += metrics.lineSpacing();
     }
 }
 
-void CardPainter::paintFooter(QPainter& painter, const QRect& area, const CardContent& card,
-                              const CardState& state) const {
+void CardPainter::paintFooter(QPainter& painter, const QRect& area, const CardFace& face) const {
+    const auto& [card, state, look] = face;
     const QRect footer(area.left() + kMargin, area.bottom() + 1 - kFooterHeight,
                        area.width() - 2 * kMargin, kFooterHeight);
     const QRect line = footer.adjusted(0, 4, -kBadgeSide - 8, 0);
@@ -173,20 +175,23 @@ void CardPainter::paintFooter(QPainter& painter, const QRect& area, const CardCo
         }
     }
     painter.setFont(m_smallFont);
-    painter.setPen(m_palette.secondaryText);
+    painter.setPen(look.secondaryText);
     painter.drawText(line, Qt::AlignLeft | Qt::AlignVCenter,
                      QFontMetrics(m_smallFont).elidedText(text, Qt::ElideMiddle, line.width()));
-    if (state.index < 0) {
+    paintBadge(painter, footer, face);
+}
+
+void CardPainter::paintBadge(QPainter& painter, const QRect& footer, const CardFace& face) const {
+    if (face.state.index < 0) {
         return;
     }
     const QRect badge(footer.right() + 1 - kBadgeSide, footer.top() + 11, kBadgeSide, kBadgeSide);
-    QColor ground = m_palette.secondaryText;
-    ground.setAlpha(34);
+    painter.setFont(m_smallFont);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(ground);
+    painter.setBrush(face.look.badge);
     painter.drawRoundedRect(badge, 5, 5);
-    painter.setPen(m_palette.secondaryText);
-    painter.drawText(badge, Qt::AlignCenter, QString::number(state.index + 1));
+    painter.setPen(face.look.badgeText);
+    painter.drawText(badge, Qt::AlignCenter, QString::number(face.state.index + 1));
 }
 
 }  // namespace quillo

@@ -7,7 +7,7 @@
 #include <QRect>
 #include <QString>
 
-#include "appearance/palette.h"
+#include "appearance/panel_look.h"
 #include "library/thumbnails/card_content.h"
 
 namespace quillo {
@@ -20,10 +20,18 @@ struct CardState {
     QSize imageSize;    ///< Of the picture itself; empty while unknown.
 };
 
+/// One card with everything that its painting needs.
+struct CardFace {
+    const CardContent& card;
+    const CardState& state;
+    CardLook look;
+};
+
 /// Draws cards of 280 × 240 logical pixels. Holds no card; cheap to make. Main thread.
 class CardPainter final {
 public:
-    CardPainter(const Palette& palette, const QFont& font);
+    /// look must outlive the painter.
+    CardPainter(const PanelLook& look, const QFont& font);
 
     /// Draws one card into area, in the painter's logical coordinates.
     void paint(QPainter& painter, const QRect& area, const CardContent& card,
@@ -34,17 +42,15 @@ public:
 
 private:
     void paintGround(QPainter& painter, const QRect& area, const QColor& ground) const;
-    void paintHeader(QPainter& painter, const QRect& area, const CardContent& card,
-                     const CardState& state) const;
-    void paintBody(QPainter& painter, const QRect& area, const CardContent& card,
-                   const CardState& state) const;
-    void paintSwatch(QPainter& painter, const QRect& body, const CardContent& card) const;
-    void paintImage(QPainter& painter, const QRect& card, const CardState& state) const;
-    void paintText(QPainter& painter, const QRect& body, const QString& text) const;
-    void paintFooter(QPainter& painter, const QRect& area, const CardContent& card,
-                     const CardState& state) const;
+    void paintHeader(QPainter& painter, const QRect& area, const CardFace& face) const;
+    void paintBody(QPainter& painter, const QRect& area, const CardFace& face) const;
+    void paintSwatch(QPainter& painter, const QRect& body, const CardFace& face) const;
+    void paintImage(QPainter& painter, const QRect& body, const CardState& state) const;
+    void paintText(QPainter& painter, const QRect& body, const CardFace& face) const;
+    void paintFooter(QPainter& painter, const QRect& area, const CardFace& face) const;
+    void paintBadge(QPainter& painter, const QRect& footer, const CardFace& face) const;
 
-    const Palette& m_palette;
+    const PanelLook& m_look;
     QFont m_bodyFont;
     QFont m_labelFont;
     QFont m_smallFont;

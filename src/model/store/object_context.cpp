@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "model/store/object_context.h"
 
+#include <algorithm>
+
 #include "base/logging.h"
 #include "model/store/object_context_p.h"
 #include "model/store/record_writer.h"
@@ -11,14 +13,6 @@ namespace quillo {
 namespace {
 
 QUILLO_LOG_CATEGORY(lcContext, "ObjectContext")
-
-Result<SqliteStatement> prepared(SqliteDatabase& database, const StoreQuery& query) {
-    auto statement = database.prepare(query.sql);
-    for (int i = 0; statement && i < query.bindings.size(); ++i) {
-        statement->bind(i + 1, query.bindings[i]);
-    }
-    return statement;
-}
 
 }  // namespace
 
@@ -223,6 +217,19 @@ void ObjectContext::unrelate(const ObjectId& clip, Relationship relationship,
 bool ObjectContext::hasChanges() const {
     return !d->inserted.isEmpty() || !d->updated.isEmpty() || !d->removed.isEmpty() ||
            !d->relations.isEmpty();
+}
+
+bool ObjectContext::hasChangesOf(Entity entity) const {
+    const auto concerns = [entity](const Private::RelationChange& change) {
+        return change.clip.entity == entity || change.other.entity == entity;
+    };
+    const auto isOfEntity = [entity](const auto& object) {
+        return object->objectId().entity == entity;
+    };
+    return std::ranges::any_of(d->inserted, isOfEntity) ||
+           std::ranges::any_of(d->updated, isOfEntity) ||
+           std::ranges::any_of(d->removed, isOfEntity) ||
+           std::ranges::any_of(d->relations, concerns);
 }
 
 void ObjectContext::rollback() {

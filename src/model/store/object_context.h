@@ -8,6 +8,8 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
+#include <span>
 #include <vector>
 
 #include "base/result.h"
@@ -20,7 +22,8 @@ class ObjectStore;
 
 /// One condition of a fetch on one attribute.
 struct Condition {
-    enum class Operator { Equal, NotEqual, Less, Greater, IsAbsent, IsPresent };
+    /// HasAnyBit: an integer shares a bit with the value.
+    enum class Operator { Equal, NotEqual, Less, Greater, HasAnyBit, IsAbsent, IsPresent };
 
     int attribute = 0;
     Operator op = Operator::Equal;
@@ -32,12 +35,19 @@ struct SortKey {
     Qt::SortOrder order = Qt::AscendingOrder;
 };
 
+/// The records at the other end of one record's relationship.
+struct RelatedTo {
+    ObjectId id;
+    Relationship relationship = Relationship::ClipPinboards;
+};
+
 /// What to fetch: all conditions hold, sorted by the keys and then by the record's key, so that
 /// the order is the same every time. limit 0 means all.
 struct FetchRequest {
     Entity entity = Entity::Clip;
     QList<Condition> conditions;
-    QList<ObjectId> ids;  ///< When not empty, only these records.
+    QList<ObjectId> ids;                 ///< When not empty, only these records.
+    std::optional<RelatedTo> relatedTo;  ///< Only these; as the store holds them.
     QList<SortKey> sort;
     qsizetype limit = 0;
     qsizetype offset = 0;
@@ -78,7 +88,10 @@ public:
 
     /// Loads a heavy attribute on first use; an unreadable one is absent.
     [[nodiscard]] const Value& value(int attribute) const;
+    /// A value of the wrong type and one of a derived attribute are refused with a line in the log.
     void setValue(int attribute, Value value);
+    /// Whether a change of the attribute waits to be saved.
+    [[nodiscard]] bool isChanged(int attribute) const { return m_changed[size_t(attribute)]; }
 
     /// Drops the heavy values that are loaded and unchanged.
     void dropHeavyValues();
@@ -142,6 +155,23 @@ public:
     [[nodiscard]] Result<QList<ObjectId>> fetchIds(const FetchRequest& request);
     [[nodiscard]] Result<qsizetype> count(const FetchRequest& request);
 
+    /// Light attributes of one record, in the order asked for.
+    using RowVisitor = std::function<void(const QUuid& key, std::span<const Value> values)>;
+    /// A piece of a walk through all records of an entity, in the store's own order.
+    struct Walk {
+        Entity entity = Entity::Clip;
+        QList<int> attributes;
+        qint64 after = 0;  ///< Where the piece before ended.
+        qsizetype limit = 0;
+    };
+
+    /// Shows stored values without making records: much cheaper where a whole history is read.
+    /// Returns where the piece ended; none once there are no more records.
+    [[nodiscard]] Result<std::optional<qint64>> walk(const Walk& piece, const RowVisitor& visitor);
+    /// The same for the records of a request, in its order.
+    [[nodiscard]] Result<void> readValues(const FetchRequest& request, const QList<int>& attributes,
+                                          const RowVisitor& visitor);
+
     /// A new record with a fresh random UUID, written by the next save().
     template <typename T>
     [[nodiscard]] std::shared_ptr<T> insert() {
@@ -164,6 +194,9 @@ public:
     void unrelate(const ObjectId& clip, Relationship relationship, const ObjectId& other);
 
     [[nodiscard]] bool hasChanges() const;
+    /// Whether records of the entity or their relationships wait to be saved: a fetch of them does
+    /// not show all that this context holds.
+    [[nodiscard]] bool hasChangesOf(Entity entity) const;
 
     /// Writes everything in one transaction; on failure nothing is written and the changes stay
     /// pending (rollback() drops them). A record whose own values made it fail (too large, a key

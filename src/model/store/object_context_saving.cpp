@@ -80,6 +80,11 @@ Result<ChangeSet> ObjectContext::Private::writeInTransaction(bool* discardedCont
     if (auto done = transaction.commit(); !done) {
         return std::unexpected(done.error());
     }
+    for (const DerivedValue& derived : writer.derived()) {
+        if (const ObjectPointer object = held(derived.id)) {
+            object->takeStored(derived.value.attribute, derived.value.value);
+        }
+    }
     *discardedContent = writer.discardedContent();
     return writer.changes();
 }
@@ -141,13 +146,15 @@ Result<void> ObjectContext::Private::writeUpdated(RecordWriter& writer) {
     return {};
 }
 
-// A new record is written with the values that it was given and the required ones.
+// A new record is written with the values that it was given and the required ones; what is derived
+// from them is the writer's.
 QList<AttributeValue> ObjectContext::Private::pendingValues(const StoredObject& object,
                                                             bool isNew) const {
     QList<AttributeValue> values;
     for (size_t i = 0; i < object.m_values.size(); ++i) {
         const bool isPresent = !std::holds_alternative<std::monostate>(object.m_values[i]);
-        if (isNew ? isPresent : bool(object.m_changed[i])) {
+        if (!isDerived(object.m_id.entity, int(i)) &&
+            (isNew ? isPresent : bool(object.m_changed[i]))) {
             values.append({int(i), object.m_values[i]});
         }
     }

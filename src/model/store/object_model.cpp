@@ -3,8 +3,11 @@
 
 #include <QHashFunctions>
 #include <QUrl>
+#include <algorithm>
 #include <array>
 #include <utility>
+
+#include "model/filter_mask.h"
 
 using namespace Qt::StringLiterals;
 
@@ -31,6 +34,7 @@ constexpr AttributeDescription kClipAttributes[] = {
     {"type", Integer, false},
     {"urlHost", Text, true},
     {"urlString", Text, true},
+    {"filterMask", Integer, false},
 };
 
 constexpr AttributeDescription kPinboardAttributes[] = {
@@ -42,9 +46,27 @@ constexpr AttributeDescription kPinboardAttributes[] = {
 
 constexpr AttributeDescription kTagAttributes[] = {{"name", Text, true}};
 
-static_assert(std::size(kClipAttributes) == size_t(ClipAttribute::UrlString) + 1);
+static_assert(std::size(kClipAttributes) == size_t(ClipAttribute::FilterMask) + 1);
 static_assert(std::size(kPinboardAttributes) == size_t(PinboardAttribute::Title) + 1);
 static_assert(std::size(kTagAttributes) == size_t(TagAttribute::Name) + 1);
+
+constexpr int kFilterMaskInputs[] = {int(ClipAttribute::Type), int(ClipAttribute::Plaintext),
+                                     int(ClipAttribute::UrlString), int(ClipAttribute::FileUti),
+                                     int(ClipAttribute::FileName)};
+
+std::optional<QString> textOf(const Value& value) {
+    const auto* text = std::get_if<QString>(&value);
+    return text != nullptr ? std::optional(*text) : std::nullopt;
+}
+
+Value computeFilterMask(std::span<const Value> inputs) {
+    const auto* type = std::get_if<qint64>(&inputs[0]);
+    return Value(qint64{filterMaskOf({type != nullptr ? *type : 0, textOf(inputs[1]),
+                                      textOf(inputs[2]), textOf(inputs[3]), textOf(inputs[4])})});
+}
+
+constexpr Derivation kDerivations[] = {{Entity::Clip, int(ClipAttribute::FilterMask),
+                                        kFilterMaskInputs, kFilterRuleVersion, computeFilterMask}};
 
 constexpr EntityDescription kModel[] = {
     {Entity::Clip, "Clip", kClipAttributes},
@@ -86,6 +108,16 @@ std::span<const EntityDescription> objectModel() {
 
 const EntityDescription& describe(Entity entity) {
     return kModel[std::to_underlying(entity)];
+}
+
+std::span<const Derivation> derivations() {
+    return kDerivations;
+}
+
+bool isDerived(Entity entity, int attribute) {
+    return std::ranges::any_of(kDerivations, [=](const Derivation& derivation) {
+        return derivation.entity == entity && derivation.attribute == attribute;
+    });
 }
 
 std::span<const RelationshipDescription> relationshipModel() {

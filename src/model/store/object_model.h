@@ -72,11 +72,26 @@ enum class ClipAttribute : int {
     Type,
     UrlHost,
     UrlString,
+    FilterMask,
 };
 
 enum class PinboardAttribute : int { ClipOrder, ColorHex, SortIndex, Title };
 
 enum class TagAttribute : int { Name };
+
+/// An attribute that is computed from light attributes of its own record whenever one of them is
+/// written; nobody sets it. A store holds the version of the rule that it was computed with.
+struct Derivation {
+    Entity entity;
+    int attribute;
+    std::span<const int> inputs;
+    int ruleVersion;
+    /// From the inputs' values in their order.
+    Value (*compute)(std::span<const Value> inputs);
+};
+
+[[nodiscard]] std::span<const Derivation> derivations();
+[[nodiscard]] bool isDerived(Entity entity, int attribute);
 
 /// The two many-to-many relationships, each seen from Clip; the other entity's end is the inverse.
 enum class Relationship : quint8 { ClipPinboards, ClipTags };

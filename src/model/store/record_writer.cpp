@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "model/store/record_writer.h"
 
+#include "model/store/derived_attributes.h"
 #include "model/store/sqlite_database.h"
 #include "model/store/store_query.h"
 #include "model/store/store_schema.h"
@@ -44,7 +45,9 @@ QByteArray attributeNames(const ObjectId& id, const QList<AttributeValue>& value
 RecordWriter::RecordWriter(SqliteDatabase& database, Timestamp now)
     : m_database(database), m_now(now) {}
 
-Result<void> RecordWriter::insert(const ObjectId& id, const QList<AttributeValue>& values) {
+// The change log names what was written and not what follows from it.
+Result<void> RecordWriter::insert(const ObjectId& id, const QList<AttributeValue>& given) {
+    const auto values = withDerived(id, given, derivedForNew(id.entity, given));
     QByteArray columns = "id";
     QByteArray places = "?";
     QList<Value> bindings = {key(id)};
@@ -64,10 +67,15 @@ Result<void> RecordWriter::insert(const ObjectId& id, const QList<AttributeValue
         return done;
     }
     m_changes.inserted += id;
-    return log(id, Change::Inserted, attributeNames(id, values));
+    return log(id, Change::Inserted, attributeNames(id, given));
 }
 
-Result<bool> RecordWriter::update(const ObjectId& id, const QList<AttributeValue>& values) {
+Result<bool> RecordWriter::update(const ObjectId& id, const QList<AttributeValue>& given) {
+    const auto derived = derivedForUpdate(m_database, id, given);
+    if (!derived) {
+        return std::unexpected(derived.error());
+    }
+    const auto values = withDerived(id, given, *derived);
     const auto count = updateLight(id, values);
     if (!count || *count == 0) {
         return count ? Result<bool>(false) : std::unexpected(count.error());
@@ -75,16 +83,33 @@ Result<bool> RecordWriter::update(const ObjectId& id, const QList<AttributeValue
     if (auto done = writeHeavy(id, values); !done) {
         return std::unexpected(done.error());
     }
-    ChangeSet::Update update{id, {}, false};
+    ChangeSet::Update& update = updateOf(id);
     for (const AttributeValue& value : values) {
         update.attributes += value.attribute;
         m_discardedContent = m_discardedContent || isContent(id, value);
     }
-    m_changes.updated += update;
-    if (auto done = log(id, Change::Updated, attributeNames(id, values)); !done) {
+    if (auto done = log(id, Change::Updated, attributeNames(id, given)); !done) {
         return std::unexpected(done.error());
     }
     return true;
+}
+
+QList<AttributeValue> RecordWriter::withDerived(const ObjectId& id,
+                                                const QList<AttributeValue>& values,
+                                                const QList<AttributeValue>& derived) {
+    for (const AttributeValue& value : derived) {
+        m_derived.append({id, value});
+    }
+    return values + derived;
+}
+
+ChangeSet::Update& RecordWriter::updateOf(const ObjectId& id) {
+    const auto known = m_updatePositions.constFind(id);
+    if (known != m_updatePositions.cend()) {
+        return m_changes.updated[*known];
+    }
+    m_updatePositions.insert(id, m_changes.updated.size());
+    return m_changes.updated.emplaceBack(ChangeSet::Update{id, {}, false});
 }
 
 // The count of records found, also when only heavy attributes change.
@@ -146,12 +171,7 @@ Result<void> RecordWriter::setRelated(const ObjectId& clip, Relationship relatio
 }
 
 Result<void> RecordWriter::noteRelation(const ObjectId& id, const QByteArray& name) {
-    const auto known = std::ranges::find(m_changes.updated, id, &ChangeSet::Update::id);
-    if (known != m_changes.updated.end()) {
-        known->relationships = true;
-    } else {
-        m_changes.updated += ChangeSet::Update{id, {}, true};
-    }
+    updateOf(id).relationships = true;
     return log(id, Change::Updated, name);
 }
 

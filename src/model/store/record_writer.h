@@ -14,8 +14,15 @@ struct AttributeValue {
     Value value;
 };
 
-/// Writes records into the open transaction of a connection, with their lines in the change log
-/// and their tombstones, and gathers the change set. The log holds names, never contents.
+/// What was computed for a record that was written.
+struct DerivedValue {
+    ObjectId id;
+    AttributeValue value;
+};
+
+/// Writes records into the open transaction of a connection, with what they derive, their
+/// lines in the change log and their tombstones, and gathers the change set. The log holds names,
+/// never contents.
 class RecordWriter final {
 public:
     RecordWriter(SqliteDatabase& database, Timestamp now);
@@ -36,6 +43,7 @@ public:
     [[nodiscard]] Result<void> prune();
 
     [[nodiscard]] const ChangeSet& changes() const { return m_changes; }
+    [[nodiscard]] const QList<DerivedValue>& derived() const { return m_derived; }
     /// Whether text or bytes that the store held before are no longer in it.
     [[nodiscard]] bool discardedContent() const { return m_discardedContent; }
 
@@ -45,6 +53,9 @@ private:
 
     Result<void> run(const QByteArray& sql, const QList<Value>& bindings);
     Result<void> log(const ObjectId& id, Change change, const QByteArray& attributes);
+    QList<AttributeValue> withDerived(const ObjectId& id, const QList<AttributeValue>& values,
+                                      const QList<AttributeValue>& derived);
+    ChangeSet::Update& updateOf(const ObjectId& id);
     Result<qint64> updateLight(const ObjectId& id, const QList<AttributeValue>& values);
     Result<void> writeHeavy(const ObjectId& id, const QList<AttributeValue>& values);
     Result<qint64> gatherDoomed(Entity entity, const StoreQuery& keys);
@@ -58,6 +69,8 @@ private:
     SqliteDatabase& m_database;
     Timestamp m_now;
     ChangeSet m_changes;
+    QHash<ObjectId, qsizetype> m_updatePositions;  ///< Where each record is in m_changes.updated.
+    QList<DerivedValue> m_derived;
     qint64 m_logged = 0;
     bool m_discardedContent = false;
 };

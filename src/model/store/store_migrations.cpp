@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "model/store/store_migrations.h"
 
+#include "model/store/derived_attributes.h"
 #include "model/store/sqlite_database.h"
 #include "model/store/store_schema.h"
 #include "model/store/store_transaction.h"
@@ -19,7 +20,26 @@ Result<void> createSchema(SqliteDatabase& database) {
     return {};
 }
 
-constexpr MigrationStep kSteps[] = {{1, createSchema}};
+// The indexes are made once the column is filled.
+Result<void> addFilterMask(SqliteDatabase& database) {
+    if (auto done =
+            database.execute("DROP INDEX IF EXISTS ClipByCreatedAt; "
+                             "ALTER TABLE Clip ADD COLUMN filterMask INTEGER NOT NULL DEFAULT 0; "
+                             "CREATE TABLE Derivation(attribute TEXT PRIMARY KEY NOT NULL, "
+                             "ruleVersion INTEGER NOT NULL) STRICT, WITHOUT ROWID");
+        !done) {
+        return done;
+    }
+    if (auto done = refreshDerived(database); !done) {
+        return done;
+    }
+    return database.execute(
+        "CREATE INDEX ClipByCreatedAt ON Clip(createdAt DESC, id, filterMask); "
+        "CREATE INDEX ClipByPinned ON Clip(isPinned DESC, createdAt DESC, id, filterMask); "
+        "CREATE INDEX ClipById ON Clip(id, createdAt, filterMask)");
+}
+
+constexpr MigrationStep kSteps[] = {{1, createSchema}, {2, addFilterMask}};
 
 Result<void> runStep(SqliteDatabase& database, const MigrationStep& step, int reachedVersion) {
     StoreTransaction transaction(database);

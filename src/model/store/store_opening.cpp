@@ -5,9 +5,11 @@
 #include <QUuid>
 
 #include "base/logging.h"
+#include "model/store/derived_attributes.h"
 #include "model/store/store_files.h"
 #include "model/store/store_migrations.h"
 #include "model/store/store_schema.h"
+#include "model/store/store_transaction.h"
 
 using namespace std::chrono_literals;
 using namespace Qt::StringLiterals;
@@ -48,6 +50,22 @@ Result<std::unique_ptr<SqliteDatabase>> connect(const QByteArray& address, qint6
     return database;
 }
 
+// A program whose rules differ computes what they give anew.
+Result<void> applyRules(SqliteDatabase& database) {
+    const auto stale = isDerivedStale(database);
+    if (!stale || !*stale) {
+        return stale ? Result<void>() : std::unexpected(stale.error());
+    }
+    StoreTransaction transaction(database);
+    if (auto begun = transaction.begin(); !begun) {
+        return begun;
+    }
+    if (auto done = refreshDerived(database); !done) {
+        return done;
+    }
+    return transaction.commit();
+}
+
 // The version and the tables are looked at before anything is written: a newer store and a file
 // of another program stay as they are.
 Result<void> makeReady(SqliteDatabase& database) {
@@ -61,7 +79,15 @@ Result<void> makeReady(SqliteDatabase& database) {
         if (auto done = checkSchema(database); !done) {
             return done;
         }
-        return database.execute("PRAGMA journal_mode = WAL");
+        if (auto done = database.execute("PRAGMA journal_mode = WAL"); !done) {
+            return done;
+        }
+        return applyRules(database);
+    }
+    if (*version > 0) {
+        if (auto done = checkIsStore(database); !done) {
+            return done;
+        }
     }
     if (auto done = database.execute("PRAGMA journal_mode = WAL"); !done) {
         return done;
@@ -69,7 +95,10 @@ Result<void> makeReady(SqliteDatabase& database) {
     if (auto done = migrate(database, steps); !done) {
         return done;
     }
-    return checkSchema(database);
+    if (auto done = checkSchema(database); !done) {
+        return done;
+    }
+    return applyRules(database);
 }
 
 Result<void> beginWork(SqliteDatabase& database, const QByteArray& synchronous) {

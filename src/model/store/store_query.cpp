@@ -20,6 +20,8 @@ const char* operatorText(Condition::Operator op) {
             return " < ?";
         case Condition::Operator::Greater:
             return " > ?";
+        case Condition::Operator::HasAnyBit:
+            return " & ? <> 0";
         case Condition::Operator::IsAbsent:
             return " IS NULL";
         case Condition::Operator::IsPresent:
@@ -50,8 +52,36 @@ QByteArray conditionText(Entity entity, const Condition& condition) {
     return column + operatorText(condition.op);
 }
 
+bool isClip(const RelatedTo& related) {
+    return related.id.entity == Entity::Clip;
+}
+
+// The members are walked and each is looked up; the other way round would walk every record. A
+// clip's key alone would lead to its row, which is three times as slow for a large group.
+QByteArray sourceText(const FetchRequest& request) {
+    const QByteArray table = describe(request.entity).name;
+    if (!request.relatedTo.has_value()) {
+        return table;
+    }
+    return QByteArray(describe(request.relatedTo->relationship).table) + " AS member CROSS JOIN " +
+           table + (request.entity == Entity::Clip ? " INDEXED BY ClipById ON " : " ON ") + table +
+           ".id = " + (isClip(*request.relatedTo) ? "member.other" : "member.clip");
+}
+
+// Only existing records are related, so their rows need not be looked up.
+StoreQuery relatedCountQuery(const RelatedTo& related) {
+    return {QByteArray("SELECT count(*) FROM ") + describe(related.relationship).table +
+                (isClip(related) ? " WHERE clip = ?" : " WHERE other = ?"),
+            {Value(related.id.key.toRfc4122())}};
+}
+
 void addConditions(const FetchRequest& request, StoreQuery& query) {
     QByteArray joint = " WHERE ";
+    if (request.relatedTo.has_value()) {
+        query.sql += joint + (isClip(*request.relatedTo) ? "member.clip = ?" : "member.other = ?");
+        query.bindings.append(Value(request.relatedTo->id.key.toRfc4122()));
+        joint = " AND ";
+    }
     for (const Condition& condition : request.conditions) {
         query.sql += joint + conditionText(request.entity, condition);
         if (takesValue(condition.op)) {
@@ -84,8 +114,16 @@ void addWindow(const FetchRequest& request, StoreQuery& query) {
     query.bindings.append(Value(std::max<qint64>(request.offset, 0)));
 }
 
+QByteArray columnsOf(Entity entity, const QList<int>& attributes) {
+    QByteArray columns = "id";
+    for (const int position : attributes) {
+        columns += QByteArray(", ") + attributeName(entity, position);
+    }
+    return columns;
+}
+
 StoreQuery select(const QByteArray& columns, const FetchRequest& request) {
-    StoreQuery query{"SELECT " + columns + " FROM " + describe(request.entity).name, {}};
+    StoreQuery query{"SELECT " + columns + " FROM " + sourceText(request), {}};
     addConditions(request, query);
     addOrder(request, query);
     addWindow(request, query);
@@ -108,24 +146,42 @@ StoreQuery idsQuery(const FetchRequest& request) {
 }
 
 StoreQuery rowsQuery(const FetchRequest& request) {
-    QByteArray columns = "id";
-    for (const int position : attributesOf(request.entity, AttributeLoad::Light)) {
-        columns += QByteArray(", ") + attributeName(request.entity, position);
-    }
-    return select(columns, request);
+    return valuesQuery(request, attributesOf(request.entity, AttributeLoad::Light));
+}
+
+StoreQuery valuesQuery(const FetchRequest& request, const QList<int>& attributes) {
+    return select(columnsOf(request.entity, attributes), request);
+}
+
+StoreQuery walkQuery(const ObjectContext::Walk& piece) {
+    return {"SELECT rowid, " + columnsOf(piece.entity, piece.attributes) + " FROM " +
+                describe(piece.entity).name + " WHERE rowid > ? ORDER BY rowid LIMIT ?",
+            {Value(piece.after), Value(qint64{piece.limit})}};
 }
 
 StoreQuery countQuery(const FetchRequest& request) {
-    if (request.conditions.isEmpty() && request.ids.isEmpty()) {
+    if (request.conditions.isEmpty() && request.ids.isEmpty() && !request.relatedTo) {
         const Value limit(request.limit > 0 ? qint64{request.limit} : INT64_MAX);
         return {"SELECT min(max(rows - ?, 0), ?) FROM RowCount WHERE entity = ?",
                 {Value(std::max<qint64>(request.offset, 0)), limit, Value(qint64(request.entity))}};
     }
-    StoreQuery query{QByteArray("SELECT id FROM ") + describe(request.entity).name, {}};
+    const bool isWhole = request.limit <= 0 && request.offset <= 0;
+    if (request.relatedTo && request.conditions.isEmpty() && request.ids.isEmpty() && isWhole) {
+        return relatedCountQuery(*request.relatedTo);
+    }
+    StoreQuery query{"SELECT id FROM " + sourceText(request), {}};
     addConditions(request, query);
     addWindow(request, query);
     query.sql = "SELECT count(*) FROM (" + query.sql + ")";
     return query;
+}
+
+Result<SqliteStatement> prepared(SqliteDatabase& database, const StoreQuery& query) {
+    auto statement = database.prepare(query.sql);
+    for (int i = 0; statement && i < query.bindings.size(); ++i) {
+        statement->bind(i + 1, query.bindings[i]);
+    }
+    return statement;
 }
 
 }  // namespace quillo

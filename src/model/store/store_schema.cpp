@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "model/store/store_schema.h"
 
+#include "model/store/derived_attributes.h"
 #include "model/store/sqlite_database.h"
 
 using namespace Qt::StringLiterals;
@@ -13,10 +14,13 @@ struct Index {
     const char* definition;
 };
 
-// The second one holds the key too, so that listing the newest ids walks the index alone.
+// Those by date hold the key and the mask too: listing the newest ids, filtered or not, walks the
+// index alone, and a filter passes over a clip without touching its row.
 constexpr Index kIndexes[] = {
     {"ClipByContentHash", "Clip(contentHash)"},
-    {"ClipByCreatedAt", "Clip(createdAt DESC, id)"},
+    {"ClipByCreatedAt", "Clip(createdAt DESC, id, filterMask)"},
+    {"ClipByPinned", "Clip(isPinned DESC, createdAt DESC, id, filterMask)"},
+    {"ClipById", "Clip(id, createdAt, filterMask)"},  // For the members of a group.
     {"TombstoneByMoment", "Tombstone(deletedAt)"},
 };
 
@@ -109,7 +113,8 @@ QList<QByteArray> probes() {
     QList<QByteArray> sql = {
         "SELECT id FROM Clip ORDER BY createdAt DESC, id LIMIT 1",
         "SELECT number, entity, id, change, attributes FROM ChangeLog ORDER BY number DESC LIMIT 1",
-        "SELECT id, entity, deletedAt FROM Tombstone LIMIT 1", "SELECT entity, rows FROM RowCount"};
+        "SELECT id, entity, deletedAt FROM Tombstone LIMIT 1", "SELECT entity, rows FROM RowCount",
+        "SELECT attribute, ruleVersion FROM Derivation"};
     for (const EntityDescription& entity : objectModel()) {
         sql += probe(entity.name, entity, AttributeLoad::Light);
         if (const QByteArray heavy = heavyTable(entity.entity); !heavy.isEmpty()) {
@@ -120,6 +125,21 @@ QList<QByteArray> probes() {
         sql += "SELECT clip, other FROM " + QByteArray(relationship.table) + " LIMIT 1";
     }
     return sql;
+}
+
+Result<void> runProbes(SqliteDatabase& database, const QList<QByteArray>& statements) {
+    for (const QByteArray& sql : statements) {
+        auto statement = database.prepare(sql);
+        if (!statement) {
+            const Error& error = statement.error();
+            return failure(error.kind == ErrorKind::Failed ? ErrorKind::Malformed : error.kind,
+                           u"The store's tables are not the expected ones: "_s + error.text);
+        }
+        if (const auto row = statement->step(); !row) {
+            return std::unexpected(row.error());
+        }
+    }
+    return {};
 }
 
 }  // namespace
@@ -142,7 +162,7 @@ QList<int> attributesOf(Entity entity, AttributeLoad load) {
 }
 
 QList<QByteArray> schemaStatements() {
-    QList<QByteArray> statements = bookkeepingTables();
+    QList<QByteArray> statements = bookkeepingTables() + derivationTable() + currentDerivations();
     for (const EntityDescription& entity : objectModel()) {
         statements += entityTables(entity);
         statements += rowCounter(entity);
@@ -200,19 +220,13 @@ Result<bool> hasAnyTable(SqliteDatabase& database) {
     return *tables > 0;
 }
 
+Result<void> checkIsStore(SqliteDatabase& database) {
+    return runProbes(database, {"SELECT id FROM Clip LIMIT 1", "SELECT id FROM Pinboard LIMIT 1",
+                                "SELECT id FROM Tombstone LIMIT 1"});
+}
+
 Result<void> checkSchema(SqliteDatabase& database) {
-    for (const QByteArray& sql : probes()) {
-        auto statement = database.prepare(sql);
-        if (!statement) {
-            const Error& error = statement.error();
-            return failure(error.kind == ErrorKind::Failed ? ErrorKind::Malformed : error.kind,
-                           u"The store's tables are not the expected ones: "_s + error.text);
-        }
-        if (const auto row = statement->step(); !row) {
-            return std::unexpected(row.error());
-        }
-    }
-    return {};
+    return runProbes(database, probes());
 }
 
 }  // namespace quillo

@@ -35,6 +35,9 @@ class SqliteDatabase;
 /// Whether the file holds any table at all.
 [[nodiscard]] Result<bool> hasAnyTable(SqliteDatabase& database);
 
+/// Malformed when the tables are not those that a store of any version has. Reads no rows but one.
+[[nodiscard]] Result<void> checkIsStore(SqliteDatabase& database);
+
 /// Malformed when a table or column of the model is missing. Reads no rows but one.
 [[nodiscard]] Result<void> checkSchema(SqliteDatabase& database);
 

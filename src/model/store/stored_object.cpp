@@ -46,6 +46,10 @@ const Value& StoredObject::value(int attribute) const {
 void StoredObject::setValue(int attribute, Value value) {
     const auto position = size_t(attribute);
     const AttributeDescription& description = describe(m_id.entity).attributes[position];
+    if (isDerived(m_id.entity, attribute)) {
+        qCCritical(lcObject, "%s is derived and cannot be set", description.name);
+        return;
+    }
     if (std::holds_alternative<std::monostate>(value)) {
         value = initialValue(description);
     } else if (!holdsType(value, description.type)) {

@@ -10,7 +10,6 @@
 #include <utility>
 
 #include "base/logging.h"
-#include "platform/freedesktop/settings_file.h"
 
 namespace quillo {
 
@@ -68,7 +67,8 @@ struct JsonUserDefaults::Write {
     QJsonObject values;
     QSet<QString> keys;  ///< Those that were changed since the last write.
     bool isFileForeign;
-    QString aside;  ///< Where the foreign file went.
+    SettingsFileState state;  ///< Of the file that the values come from.
+    QString aside;            ///< Where the foreign file went.
     Result<void> outcome;
 
     void run() {
@@ -79,8 +79,9 @@ struct JsonUserDefaults::Write {
                 return;
             }
             aside = std::move(*moved);
+            state = {};
         }
-        outcome = writeSettingsFile(path, values);
+        outcome = writeSettingsFile(path, values, state);
     }
 };
 
@@ -181,6 +182,7 @@ void JsonUserDefaults::watch() {
 }
 
 void JsonUserDefaults::mergeFromFile() {
+    m_stateInFile = settingsFileState(m_path);
     const Result<QJsonObject> read = readSettingsFile(m_path, kLargestFileBytes);
     if (!read) {
         if (!m_fileIsForeign) {
@@ -201,7 +203,10 @@ void JsonUserDefaults::mergeFromFile() {
             assign(m_values, key, m_inFile.value(key));
         }
     }
-    for (const QString& key : std::as_const(edited)) {
+    // In one order whatever the hash, so that what several keys of an edit do together is certain.
+    QStringList sorted = edited.values();
+    sorted.sort();
+    for (const QString& key : std::as_const(sorted)) {
         Q_EMIT changed(key);
     }
 }
@@ -211,9 +216,17 @@ Result<void> JsonUserDefaults::flush() {
     if (m_write != nullptr) {
         static_cast<void>(endWrite());
     }
-    beginWrite();
-    m_worker.waitForDone();
-    return m_write != nullptr ? endWrite() : Result<void>();
+    constexpr int kMostTries = 5;
+    Result<void> written;
+    for (int tries = 0; tries < kMostTries; ++tries) {
+        beginWrite();
+        m_worker.waitForDone();
+        written = m_write != nullptr ? endWrite() : Result<void>();
+        if (written || written.error().kind != ErrorKind::Busy) {
+            break;
+        }
+    }
+    return written;
 }
 
 // At most one is under way; its end begins the next one.
@@ -227,8 +240,8 @@ void JsonUserDefaults::beginWrite() {
         const std::unique_lock lock(m_mutex);
         m_values = copiedAnew(m_values);
     }
-    m_write = std::make_shared<Write>(
-        Write{m_path, m_values, std::exchange(m_dirty, {}), m_fileIsForeign, {}, {}});
+    m_write = std::make_shared<Write>(Write{
+        m_path, m_values, std::exchange(m_dirty, {}), m_fileIsForeign, m_stateInFile, {}, {}});
     m_worker.start([this, write = m_write] {
         write->run();
         QMetaObject::invokeMethod(
@@ -248,9 +261,15 @@ Result<void> JsonUserDefaults::endWrite() {
         qCWarning(lcUserDefaults) << "the settings file was put aside as" << ended->aside;
         m_fileIsForeign = false;
         m_inFile = {};
+        m_stateInFile = {};
     }
     if (!ended->outcome) {
         m_dirty.unite(ended->keys);
+        if (ended->outcome.error().kind == ErrorKind::Busy) {
+            // Edited between our reading and writing: the next write begins with that edit.
+            m_writeTimer.start(0);
+            return ended->outcome;
+        }
         if (!m_hasFailed) {
             qCCritical(lcUserDefaults).noquote() << ended->outcome.error().text;
         }

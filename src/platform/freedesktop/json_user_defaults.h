@@ -12,6 +12,7 @@
 #include <shared_mutex>
 
 #include "base/result.h"
+#include "platform/freedesktop/settings_file.h"
 #include "platform/user_defaults.h"
 
 namespace quillo {
@@ -63,11 +64,12 @@ private:
 
     const QString m_path;
     mutable std::shared_mutex m_mutex;
-    QJsonObject m_values;          ///< What readers see; guarded by m_mutex.
-    QJsonObject m_inFile;          ///< What the file held when it was last read or written.
-    QSet<QString> m_dirty;         ///< Keys that wait to be written.
-    bool m_fileIsForeign = false;  ///< It exists, but was not understood.
-    bool m_hasFailed = false;      ///< The latest write did.
+    QJsonObject m_values;             ///< What readers see; guarded by m_mutex.
+    QJsonObject m_inFile;             ///< What the file held when it was last read or written.
+    SettingsFileState m_stateInFile;  ///< When it was last read.
+    QSet<QString> m_dirty;            ///< Keys that wait to be written.
+    bool m_fileIsForeign = false;     ///< It exists, but was not understood.
+    bool m_hasFailed = false;         ///< The latest write did.
     std::chrono::milliseconds m_retryInterval{};
     std::shared_ptr<Write> m_write;  ///< The one under way.
     QElapsedTimer m_sinceWrite;

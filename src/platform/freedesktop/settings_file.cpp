@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "platform/freedesktop/settings_file.h"
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
@@ -28,14 +31,25 @@ std::unexpected<Error> writeFailure(const QFileDevice& file, int systemError) {
     return failure(kind, u"the settings cannot be written: "_s + file.errorString());
 }
 
-/// A key that begins with a byte-order mark is not found again under its own name, so that it
-/// would be lost by the next write.
-bool hasLostKey(const QJsonObject& object) {
+/// A text that begins with a byte-order mark does not come back as it was: a key is not found again
+/// under its own name, or the next write changes the text.
+bool wouldChange(const QJsonObject& object) {
     const QStringList keys = object.keys();
-    return std::ranges::any_of(keys, [&](const QString& key) { return !object.contains(key); });
+    return std::ranges::any_of(keys, [&](const QString& key) { return !object.contains(key); }) ||
+           QJsonDocument::fromJson(QJsonDocument(object).toJson()).object() != object;
 }
 
 }  // namespace
+
+SettingsFileState settingsFileState(const QString& path) {
+    struct stat status = {};
+    if (::stat(QFile::encodeName(path).constData(), &status) != 0) {
+        return {};
+    }
+    constexpr qint64 kNanoseconds = 1'000'000'000;
+    return {status.st_ino, status.st_size,
+            status.st_mtim.tv_sec * kNanoseconds + status.st_mtim.tv_nsec};
+}
 
 Result<QJsonObject> readSettingsFile(const QString& path, qint64 largestBytes) {
     const QFileInfo info(path);
@@ -62,23 +76,29 @@ Result<QJsonObject> readSettingsFile(const QString& path, qint64 largestBytes) {
         return failure(ErrorKind::Malformed, u"the settings file holds no JSON object"_s);
     }
     QJsonObject values = document.object();
-    if (hasLostKey(values)) {
-        return failure(ErrorKind::Malformed, u"the settings file holds an unreadable key"_s);
+    if (wouldChange(values)) {
+        return failure(ErrorKind::Malformed, u"the settings file holds an unreadable text"_s);
     }
     return values;
 }
 
-Result<void> writeSettingsFile(const QString& path, const QJsonObject& values) {
+Result<void> writeSettingsFile(const QString& path, const QJsonObject& values,
+                               const SettingsFileState& expected) {
     if (!makeFolderOf(path)) {
         return failure(ErrorKind::NotPermitted, u"the settings folder cannot be created"_s);
     }
     QSaveFile file(path);
     errno = 0;
     const QByteArray bytes = QJsonDocument(values).toJson();
-    const bool isWritten = file.open(QIODevice::WriteOnly) &&
-                           file.setPermissions(kOwnerReadsAndWrites) &&
-                           file.write(bytes) == bytes.size() && file.commit();
-    if (!isWritten) {
+    // The slow part, waiting for the disk, comes before the last look at what is to be replaced.
+    const bool isWritten =
+        file.open(QIODevice::WriteOnly) && file.setPermissions(kOwnerReadsAndWrites) &&
+        file.write(bytes) == bytes.size() && file.flush() && ::fsync(file.handle()) == 0;
+    if (isWritten && settingsFileState(path) != expected) {
+        file.cancelWriting();
+        return failure(ErrorKind::Busy, u"the settings file was edited meanwhile"_s);
+    }
+    if (!isWritten || !file.commit()) {
         return writeFailure(file, errno);
     }
     return {};
