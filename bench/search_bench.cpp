@@ -7,6 +7,7 @@
 #include <QCoreApplication>
 #include <QFile>
 #include <QTemporaryDir>
+#include <cstring>
 #include <map>
 
 #include "bench_support.h"
@@ -194,20 +195,23 @@ BENCHMARK(captureWhileSearching)->Apply(atEverySize)->Iterations(50);
 
 // --- What was weighed.
 
-enum class Way { Finder, Matcher };
+enum class Way { Finder, LibraryCall, Matcher };
 
-void scanBytes(benchmark::State& state, Way way) {
+void scanBytes(benchmark::State& state, Way way, const QByteArray& needle) {
     QByteArray bytes;
     for (qint64 i = 0; bytes.size() < 40'000'000; ++i) {
         bytes += textOf(i, kShortText).toLower().toUtf8() + '\xff';
     }
-    const QByteArray needle = "zzyzx road";
     const SubstringFinder finder(needle);
     const QByteArrayMatcher matcher(needle);
     for (auto _ : state) {
         switch (way) {
             case Way::Finder:
                 benchmark::DoNotOptimize(finder.find({bytes.constData(), size_t(bytes.size())}));
+                break;
+            case Way::LibraryCall:
+                benchmark::DoNotOptimize(::memmem(bytes.constData(), size_t(bytes.size()),
+                                                  needle.constData(), size_t(needle.size())));
                 break;
             case Way::Matcher:
                 benchmark::DoNotOptimize(matcher.indexIn(bytes));
@@ -216,8 +220,13 @@ void scanBytes(benchmark::State& state, Way way) {
     }
     state.SetBytesProcessed(int64_t(state.iterations()) * bytes.size());
 }
-BENCHMARK_CAPTURE(scanBytes, our_finder, Way::Finder)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(scanBytes, QByteArrayMatcher, Way::Matcher)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(scanBytes, finder_10, Way::Finder, "zzyzx road")->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(scanBytes, memmem_10, Way::LibraryCall, "zzyzx road")
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(scanBytes, matcher_10, Way::Matcher, "zzyzx road")->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(scanBytes, finder_3, Way::Finder, "p z")->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(scanBytes, memmem_3, Way::LibraryCall, "p z")->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(scanBytes, matcher_3, Way::Matcher, "p z")->Unit(benchmark::kMillisecond);
 
 void must(const Result<void>& done) {
     if (!done) {

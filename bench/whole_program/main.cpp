@@ -27,7 +27,7 @@ int main(int argc, char** argv) {
     options.addOptions(
         {{u"program"_s, u"The program to measure."_s, u"path"_s},
          {u"sizes"_s, u"Clips in the store, with commas."_s, u"list"_s, u"1000,10000,200000"_s},
-         {u"only"_s, u"start,hotkey,paste,scroll,copy,many,idle"_s, u"list"_s},
+         {u"only"_s, u"start,hotkey,paste,scroll,letter,copy,many,idle"_s, u"list"_s},
          {u"runs"_s, u"How often each is measured."_s, u"count"_s, u"11"_s},
          {u"idle"_s, u"Seconds to watch for wake-ups."_s, u"seconds"_s, u"60"_s}});
     options.addHelpOption();

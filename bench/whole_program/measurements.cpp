@@ -73,8 +73,9 @@ QList<Row> Measurements::run() {
     using Group = std::pair<QString, void (Measurements::*)()>;
     for (const auto& [name, measure] :
          {Group{u"hotkey"_s, &Measurements::shows}, Group{u"paste"_s, &Measurements::pastes},
-          Group{u"scroll"_s, &Measurements::scrolls}, Group{u"copy"_s, &Measurements::copies},
-          Group{u"many"_s, &Measurements::manyCopies}, Group{u"idle"_s, &Measurements::idles}}) {
+          Group{u"scroll"_s, &Measurements::scrolls}, Group{u"letter"_s, &Measurements::letters},
+          Group{u"copy"_s, &Measurements::copies}, Group{u"many"_s, &Measurements::manyCopies},
+          Group{u"idle"_s, &Measurements::idles}}) {
         if (isWanted(name)) {
             (this->*measure)();
         }
@@ -219,6 +220,34 @@ void Measurements::scrolls() {
         before = frames->last;
     }
     m_screen.movePointer(QPoint(5, 5));
+    hide(shown);
+    m_rows += row;
+}
+
+// "p " is in front of each text's number, so that every further digit, and its removal, gives other
+// cards.
+void Measurements::letters() {
+    Row row{
+        u"a letter typed in the search field → cards painted"_s, u"ms"_s, Judged::Median, 10, {}};
+    const Shown shown = show();
+    QByteArray before = m_screen.lines(m_panel);
+    for (const Key key : {Key::P, Key::Space}) {
+        m_screen.press({key});
+        m_screen.release({key});
+        rest(kToSettle);
+    }
+    before = m_screen.lines(m_panel);
+    for (int typed = 0; typed < kNotches; ++typed) {
+        const Key key = typed % 2 == 0 ? Key::Three : Key::BackSpace;
+        const Moment pressed = m_screen.press({key});
+        m_screen.release({key});
+        const auto frames = m_screen.watch(m_panel, before, 60ms);
+        if (!frames) {
+            qFatal("A letter changed nothing");
+        }
+        row.samples.add(millisecondsBetween(pressed, frames->firstChange));
+        before = frames->last;
+    }
     hide(shown);
     m_rows += row;
 }

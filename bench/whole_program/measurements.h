@@ -45,6 +45,7 @@ private:
     void shows();
     void pastes();
     void scrolls();
+    void letters();
     void copies();
     void manyCopies();
     void idles();

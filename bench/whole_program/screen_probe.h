@@ -16,10 +16,14 @@ namespace quillo::bench {
 /// Positions on the keyboard: evdev codes plus eight.
 enum class Key : std::uint8_t {
     Escape = 9,
+    Three = 12,
+    BackSpace = 22,
+    P = 33,
     Return = 36,
     Control = 37,
     Shift = 50,
     V = 55,
+    Space = 65,
     Super = 133
 };
 

@@ -92,7 +92,7 @@ ClipOrderEntries decodeClipOrder(const QByteArray& document) {
     const QJsonArray array = QJsonDocument::fromJson(document).array();
     ClipOrderEntries order;
     order.reserve(array.size());
-    for (const QJsonValue& json : array) {
+    for (const QJsonValue json : array) {
         const auto entry = entryFromJson(json);
         if (!entry.has_value()) {
             return {};

@@ -132,7 +132,7 @@ Result<bool> editGroup(Pinboard& group, const QString& text, const QColor& color
     if (!title.has_value()) {
         return false;
     }
-    group.setTitle(*title);
+    group.setTitle(title);
     group.setColorHex(hexString(color));
     const auto saved = saveGroup(group);
     return saved ? Result<bool>(true) : std::unexpected(saved.error());

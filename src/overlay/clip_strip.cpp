@@ -188,21 +188,21 @@ void ClipStrip::paintRing(QPainter& painter) {
 }
 
 void ClipStrip::paintEmptyState(QPainter& painter) {
-    const QPixmap symbol = symbolPixmap(QStringLiteral("doc.on.clipboard"), 48,
-                                        m_look.palette().secondaryText, devicePixelRatioF());
+    const EmptyState state = m_clips.emptyState();
+    const QPixmap symbol =
+        symbolPixmap(state.symbol, 48, m_look.palette().secondaryText, devicePixelRatioF());
     painter.drawPixmap(QPoint((width() - 48) / 2, 72), symbol);
     QFont title = font();
     title.setPixelSize(16);
     title.setWeight(QFont::DemiBold);
     painter.setFont(title);
     painter.setPen(m_look.palette().primaryText);
-    painter.drawText(QRect(0, 134, width(), 24), Qt::AlignCenter, QStringLiteral("No clips yet"));
+    painter.drawText(QRect(0, 134, width(), 24), Qt::AlignCenter, state.title);
     QFont subtitle = font();
     subtitle.setPixelSize(13);
     painter.setFont(subtitle);
     painter.setPen(m_look.palette().secondaryText);
-    painter.drawText(QRect(0, 160, width(), 22), Qt::AlignCenter,
-                     QStringLiteral("Copy something to get started"));
+    painter.drawText(QRect(0, 160, width(), 22), Qt::AlignCenter, state.subtitle);
 }
 
 }  // namespace quillo

@@ -46,6 +46,9 @@ OverlayBar::OverlayBar(QWidget* parent)
     m_close = addButton(QStringLiteral("Close"), QStringLiteral("Close (Esc)"));
     connect(m_lock, &QToolButton::clicked, this, &OverlayBar::lockToggled);
     connect(m_close, &QToolButton::clicked, this, &OverlayBar::closeRequested);
+    // The search field stays where it is whatever is counted.
+    setTotal(9'999'999);
+    m_total->setMinimumWidth(m_total->sizeHint().width());
     setTotal(0);
     setLocked(true);
 }

@@ -182,6 +182,15 @@ QList<ClipTypeCount> OverlayClips::typeCounts() const {
     return counts;
 }
 
+EmptyState OverlayClips::emptyState() const {
+    std::optional<QString> groupTitle;
+    if (m_groupFilter) {
+        const auto group = m_persistence.viewContext().object<Pinboard>(*m_groupFilter);
+        groupTitle = group ? group->title().value_or(u""_s) : u""_s;
+    }
+    return emptyStateFor(m_searchText, m_typeFilter, groupTitle);
+}
+
 QString OverlayClips::sourceName(const QString& identifier) {
     if (identifier.isEmpty()) {
         return {};

@@ -10,6 +10,7 @@
 #include "model/clip.h"
 #include "model/persistence_controller.h"
 #include "model/search/clip_search.h"
+#include "overlay/empty_state.h"
 #include "platform/workspace.h"
 
 namespace quillo {
@@ -56,6 +57,9 @@ public:
 
     /// The cards do not yet answer the criteria.
     [[nodiscard]] bool isPending() const { return m_isPending; }
+
+    /// What to say where there are no cards.
+    [[nodiscard]] EmptyState emptyState() const;
 
     void refresh();
 

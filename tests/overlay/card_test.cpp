@@ -86,5 +86,36 @@ TEST(Card, PaintsOnlyItsOwnRectangleWhateverItsText) {
     }
 }
 
+TEST(EmptyState, SaysWhatIsMissing) {
+    const struct {
+        QString searchText;
+        std::optional<FilterType> filter;
+        std::optional<QString> group;
+        EmptyState wanted;
+    } rows[] = {
+        {{},
+         {},
+         {},
+         {u"doc.on.clipboard"_s, u"No clips yet"_s, u"Copy something to get started"_s}},
+        {u" "_s,
+         FilterType::Image,
+         u"Work"_s,
+         {u"photo"_s, u"No matching clips"_s, u"Try a different search term"_s}},
+        {{},
+         FilterType::Image,
+         u"Work"_s,
+         {u"photo"_s, u"No Image clips in Work"_s, u"Copy something to get started"_s}},
+        {{}, {}, u""_s, {u"folder"_s, u"No clips in group"_s, u"Copy something to get started"_s}},
+        {{},
+         FilterType::Pdf,
+         {},
+         {u"doc.text.fill"_s, u"No PDF clips"_s, u"Copy something to get started"_s}},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(emptyStateFor(row.searchText, row.filter, row.group), row.wanted)
+            << row.wanted.title.toStdString();
+    }
+}
+
 }  // namespace
 }  // namespace quillo

@@ -170,7 +170,11 @@ void SearchEngine::answer(const Request& request) {
              },
          .firstFound =
              [&](const QList<QUuid>& ids) { m_reports.firstFound({request.number, ids}); }});
-    const bool canNarrow = m_answered && m_answered->group == request.criteria.group &&
+    // Clip by clip costs several times what a scan of everything costs for each clip.
+    constexpr size_t kCostOfOne = 8;
+    const bool isWorthwhile =
+        m_answered && m_answered->slots.size() * kCostOfOne < size_t(m_index.size());
+    const bool canNarrow = isWorthwhile && m_answered->group == request.criteria.group &&
                            m_answered->criteria.filterMask == run.criteria().filterMask &&
                            run.criteria().needle.contains(m_answered->criteria.needle);
     const bool isComplete = canNarrow ? run.over(m_answered->slots)
