@@ -33,6 +33,7 @@ QByteArray inputColumns(const Derivation& derivation) {
 
 std::vector<Value> readInputs(const Derivation& derivation, const SqliteStatement& row, int first) {
     std::vector<Value> inputs;
+    inputs.reserve(derivation.inputs.size());
     for (size_t i = 0; i < derivation.inputs.size(); ++i) {
         inputs.push_back(row.value(first + int(i), input(derivation, i).type));
     }
@@ -118,6 +119,7 @@ QList<AttributeValue> derivedForNew(Entity entity, const QList<AttributeValue>& 
             continue;
         }
         std::vector<Value> inputs;
+        inputs.reserve(derivation.inputs.size());
         for (size_t i = 0; i < derivation.inputs.size(); ++i) {
             inputs.push_back(initialValue(input(derivation, i)));
         }

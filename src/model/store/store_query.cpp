@@ -59,7 +59,7 @@ bool isClip(const RelatedTo& related) {
 // The members are walked and each is looked up; the other way round would walk every record. A
 // clip's key alone would lead to its row, which is three times as slow for a large group.
 QByteArray sourceText(const FetchRequest& request) {
-    const QByteArray table = describe(request.entity).name;
+    QByteArray table = describe(request.entity).name;
     if (!request.relatedTo.has_value()) {
         return table;
     }
