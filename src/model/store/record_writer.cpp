@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "model/store/record_writer.h"
 
+#include <algorithm>
+
 #include "model/store/derived_attributes.h"
 #include "model/store/sqlite_database.h"
 #include "model/store/store_query.h"
@@ -187,10 +189,12 @@ Result<void> RecordWriter::prune() {
     if (!last) {
         return std::unexpected(last.error());
     }
-    if (*last / kPruneEvery == (*last - m_logged) / kPruneEvery) {
+    // A file from elsewhere may hold numbers that this program never gives.
+    const qint64 newest = std::max<qint64>(0, *last);
+    if (newest / kPruneEvery == (newest - m_logged) / kPruneEvery) {
         return {};
     }
-    if (auto done = run("DELETE FROM ChangeLog WHERE number <= ?", {Value(*last - kLogRowsKept)});
+    if (auto done = run("DELETE FROM ChangeLog WHERE number <= ?", {Value(newest - kLogRowsKept)});
         !done) {
         return done;
     }
