@@ -41,8 +41,8 @@ function(quillo_test name)
     # Suppressions go by the names of functions.
     find_program(QUILLO_SYMBOLIZER NAMES llvm-symbolizer-19 llvm-symbolizer REQUIRED)
     set_tests_properties(${name} PROPERTIES ENVIRONMENT
-      "TSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/tsan.supp \
-external_symbolizer_path=${QUILLO_SYMBOLIZER}")
+      "TSAN_OPTIONS=ignore_noninstrumented_modules=1 \
+suppressions=${CMAKE_SOURCE_DIR}/tests/tsan.supp external_symbolizer_path=${QUILLO_SYMBOLIZER}")
   endif()
 endfunction()
 

@@ -7,6 +7,7 @@ usage: kill_test.py STORE_TOOL RUNS [SEED]
 SIGKILL leaves what was written in the system's memory, so this says nothing about a loss of power.
 """
 
+import contextlib
 import hashlib
 import pathlib
 import random
@@ -19,6 +20,7 @@ import time
 import uuid
 
 LIMIT = 30
+SEARCHED = "text 1"  # In some of the texts that the tool copies.
 DELETED = 2  # What the change log calls a deletion.
 
 
@@ -120,6 +122,16 @@ def check_clips(store, model):
     model.clips = present
 
 
+def check_search(tool, base, store):
+    """What the search loads after a kill is what the store holds."""
+    said = subprocess.run([tool, base, "find", SEARCHED], capture_output=True, check=False,
+                          timeout=60).stdout.split()
+    kinds = dict(store.execute("SELECT type, count(*) FROM Clip GROUP BY type"))
+    stored = [sum(kinds.values()), *(kinds.get(kind, 0) for kind in range(5)),
+              one(store, f"SELECT count(*) FROM Clip WHERE plaintext LIKE '%{SEARCHED}%'")]
+    expect([int(word) for word in said] == stored, f"the search finds {said} of {stored}")
+
+
 def check(folder, model):
     names = sorted(path.name for path in folder.iterdir() if path.name.startswith("set-aside"))
     expect(not names, f"the store was set aside: {names}")
@@ -167,6 +179,10 @@ class Killer:
         self.is_made = self.is_made or b"open\n" in lines
         if self.is_made:
             check(self.folder, self.model)
+            # It starts a process, which costs more than everything else.
+            if self.random.random() < 0.2:
+                with contextlib.closing(sqlite3.connect(self.folder / "Quillo.sqlite")) as store:
+                    check_search(self.tool, self.base, store)
 
 
 TAMPERING = {

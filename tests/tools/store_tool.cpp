@@ -3,6 +3,8 @@
 // usage: store_tool FOLDER work SEED LIMIT   captures, repeats and deletes until it is killed
 //        store_tool FOLDER delete TEXT       deletes the clip with that text
 //        store_tool FOLDER delete-all        deletes every clip and every trace
+//        store_tool FOLDER find TEXT         prints how many clips the search has loaded, how many
+//                                            of each kind, and how many have that text
 // "work" writes a line for each thing that it is about to delete and for each thing that is
 // committed, no sooner; tests/store/kill_test.py reads them and kills it.
 #include <unistd.h>
@@ -15,6 +17,7 @@
 
 #include "capture/clip_saver.h"
 #include "model/clip.h"
+#include "model/search/clip_search.h"
 #include "platform/text/document_reader.h"
 #include "support/memory_user_defaults.h"
 
@@ -80,7 +83,8 @@ private:
         }
     }
 
-    void captureText(const QString& text) {
+    // By value: what is copied again stands in the list that grows here.
+    void captureText(QString text) {
         m_contents.append(text);
         (void)m_saver.saveTextClip(text, std::nullopt);
         reportStored(text.toUtf8());
@@ -161,6 +165,27 @@ int deleteEverything(PersistenceController& persistence) {
     return deleted ? 0 : 1;
 }
 
+// What the search finds of the store: the total, the clips of each kind, and the matches of a text.
+int find(PersistenceController& persistence, const QString& text) {
+    ClipSearch search(persistence, {});
+    QList<QByteArray> words;
+    QObject::connect(&search, &ClipSearch::finished, [&](const SearchResult& result) {
+        if (words.isEmpty()) {
+            words.append(QByteArray::number(result.total));
+            for (const qsizetype count : result.kindCounts) {
+                words.append(QByteArray::number(count));
+            }
+            search.request({.searchText = text, .typeFilter = {}, .group = {}});
+            return;
+        }
+        words.append(QByteArray::number(result.total));
+        report(words.join(' '));
+        QCoreApplication::quit();
+    });
+    search.request({});
+    return QCoreApplication::exec();
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -180,6 +205,9 @@ int main(int argc, char** argv) {
     }
     if (command == u"delete-all") {
         return deleteEverything(persistence);
+    }
+    if (command == u"find") {
+        return find(persistence, arguments.value(3));
     }
     if (command != u"work") {
         std::fputs("usage: see the top of store_tool.cpp\n", stderr);
