@@ -18,6 +18,15 @@ function(quillo_library name)
   target_link_libraries(quillo_${name} PUBLIC quillo_options ${ARG_DEPENDS})
 endfunction()
 
+# What every test executable is told of its sanitizer.
+set(QUILLO_TEST_ENVIRONMENT "")
+if(CMAKE_CXX_FLAGS MATCHES "fsanitize=thread")
+  # Suppressions go by the names of functions.
+  find_program(QUILLO_SYMBOLIZER NAMES llvm-symbolizer-19 llvm-symbolizer REQUIRED)
+  set(QUILLO_TEST_ENVIRONMENT "TSAN_OPTIONS=ignore_noninstrumented_modules=1 \
+suppressions=${CMAKE_SOURCE_DIR}/tests/tsan.supp external_symbolizer_path=${QUILLO_SYMBOLIZER}")
+endif()
+
 # quillo_test(<name> [DISPLAY] [LABEL <label>] SOURCES <files...> DEPENDS <targets...>)
 # One test executable for one folder of tests/; DISPLAY runs it on a private X server.
 function(quillo_test name)
@@ -37,13 +46,7 @@ function(quillo_test name)
     set(ARG_LABEL unit)
   endif()
   set_tests_properties(${name} PROPERTIES LABELS "${ARG_LABEL}" TIMEOUT 300)
-  if(CMAKE_CXX_FLAGS MATCHES "fsanitize=thread")
-    # Suppressions go by the names of functions.
-    find_program(QUILLO_SYMBOLIZER NAMES llvm-symbolizer-19 llvm-symbolizer REQUIRED)
-    set_tests_properties(${name} PROPERTIES ENVIRONMENT
-      "TSAN_OPTIONS=ignore_noninstrumented_modules=1 \
-suppressions=${CMAKE_SOURCE_DIR}/tests/tsan.supp external_symbolizer_path=${QUILLO_SYMBOLIZER}")
-  endif()
+  set_tests_properties(${name} PROPERTIES ENVIRONMENT "${QUILLO_TEST_ENVIRONMENT}")
 endfunction()
 
 # Coverage for the fuzzers; each fuzz target adds the main function when it is linked.

@@ -18,5 +18,6 @@ foreach(manager xfwm4 none)
     COMMAND "${CMAKE_SOURCE_DIR}/tests/desktop/with_display"
             $<TARGET_FILE:test_contract_desktop> --gtest_filter=X11Workspace*)
   set_tests_properties(contract_desktop_${manager} PROPERTIES
-    LABELS contract TIMEOUT 300 ENVIRONMENT "WM=${manager}")
+    LABELS contract TIMEOUT 300
+    ENVIRONMENT "WM=${manager};${QUILLO_TEST_ENVIRONMENT}")
 endforeach()

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QRegion>
 #include <functional>
 #include <utility>
 
@@ -12,6 +13,7 @@ namespace quillo::testing {
 class FakePanelSurface final : public PanelSurface {
 public:
     void prepare(QWindow& /*window*/, quint32 userTime) override { lastUserTime = userTime; }
+    void setBlurRegion(QWindow& /*window*/, const QRegion& region) override { blurred = region; }
     void takeFocus(QWindow& /*window*/, quint32 /*userTime*/) override { ++focusRequests; }
     void release(QWindow& /*window*/) override { ++releases; }
     [[nodiscard]] bool isCompositing() const override { return m_isCompositing; }
@@ -25,6 +27,7 @@ public:
     }
 
     quint32 lastUserTime = 0;
+    QRegion blurred;
     int focusRequests = 0;
     int releases = 0;
 
