@@ -126,7 +126,8 @@ void startQt() {
     static char* arguments[] = {name, nullptr};
     [[maybe_unused]] static const bool isReady =
         !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") || qputenv("QT_QPA_PLATFORM", "offscreen");
-    static QApplication application(count, arguments);
+    // Never destroyed: at the program's end parts of Qt that it would use are gone before it.
+    [[maybe_unused]] static const auto* application = new QApplication(count, arguments);
 }
 
 QString textOf(qint64 number, qsizetype length) {

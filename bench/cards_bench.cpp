@@ -6,10 +6,12 @@
 #include <QWheelEvent>
 
 #include "bench_support.h"
-#include "library/thumbnails/image_thumbnails.h"
+#include "library/thumbnails/card_pictures.h"
 #include "overlay/clip_strip.h"
 #include "overlay/overlay_clips.h"
 #include "platform/images/qt_image_codec.h"
+#include "platform/text/document_reader.h"
+#include "support/fake_thumbnail_service.h"
 #include "support/fake_workspace.h"
 
 namespace quillo::bench {
@@ -23,8 +25,9 @@ public:
     explicit Strip(int width)
         : m_persistence(m_copy.options()),
           m_clips(m_persistence, m_workspace),
-          m_thumbnails(m_codec, storedImageLoader(m_persistence)),
-          m_strip(m_clips, m_thumbnails, m_clock),
+          m_pictures(
+              {m_codec, m_documents, m_files, m_workspace, storedBytesLoader(m_persistence)}),
+          m_strip(m_clips, m_pictures, m_clock),
           m_canvas(width, StripLayout::kHeight, QImage::Format_RGB32) {
         m_strip.resize(width, StripLayout::kHeight);
         m_clips.refresh();
@@ -38,10 +41,10 @@ public:
 
     void paint() { m_strip.render(&m_canvas); }
 
-    /// A notch of the wheel to the right, from the end back to the start.
+    /// A card further to the right, from the end back to the start.
     void scroll() {
         const int before = m_strip.scrollPosition();
-        turnWheel(-120);
+        turnWheel(-StripLayout::kCardWidth);
         if (m_strip.scrollPosition() == before) {
             m_strip.reset();
         }
@@ -50,8 +53,8 @@ public:
     void refresh() { m_clips.refresh(); }
 
 private:
-    void turnWheel(int delta) {
-        QWheelEvent event(QPointF(), QPointF(), QPoint(), QPoint(delta, 0), Qt::NoButton,
+    void turnWheel(int pixels) {
+        QWheelEvent event(QPointF(), QPointF(), QPoint(pixels, 0), QPoint(), Qt::NoButton,
                           Qt::NoModifier, Qt::NoScrollPhase, false);
         QCoreApplication::sendEvent(&m_strip, &event);
     }
@@ -62,9 +65,11 @@ private:
     SystemClock m_clock;
     testing::FakeWorkspace m_workspace;
     QtImageCodec m_codec;
+    DocumentReader m_documents;
+    testing::FakeThumbnailService m_files;
     PersistenceController m_persistence;
     OverlayClips m_clips;
-    ImageThumbnails m_thumbnails;
+    CardPictures m_pictures;
     ClipStrip m_strip;
     QImage m_canvas;
 };

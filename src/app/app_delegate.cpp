@@ -86,11 +86,12 @@ void AppDelegate::startOverlay() {
 }
 
 std::unique_ptr<OverlayPanelController> AppDelegate::makeOverlayController() {
-    return std::make_unique<OverlayPanelController>(OverlayPanelServices{
-        *m_persistence, *m_services.workspace, *m_pasteBack, *m_defaults, *m_themeManager,
-        *m_colorManager, m_notifications, *m_services.images, *m_services.panelSurface, m_clock,
-        [this] { m_pasteboardWatcher->checkSoon(); },
-        [this] { return m_services.hotKeys->lastPressTime(); }});
+    return std::make_unique<OverlayPanelController>(
+        OverlayPanelServices{*m_persistence, *m_services.workspace, *m_pasteBack, *m_defaults,
+                             *m_themeManager, *m_colorManager, m_notifications, *m_services.images,
+                             *m_services.richText, *m_services.thumbnails, *m_services.panelSurface,
+                             m_clock, [this] { m_pasteboardWatcher->checkSoon(); },
+                             [this] { return m_services.hotKeys->lastPressTime(); }});
 }
 
 }  // namespace quillo

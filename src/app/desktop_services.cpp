@@ -3,6 +3,7 @@
 
 #include "base/logging.h"
 #include "platform/freedesktop/desktop_entry_index.h"
+#include "platform/freedesktop/freedesktop_thumbnails.h"
 #include "platform/freedesktop/portal_appearance.h"
 #include "platform/images/qt_image_codec.h"
 #include "platform/text/document_reader.h"
@@ -36,6 +37,7 @@ Result<DesktopServices> makeDesktopServices(std::function<void()> displayLost) {
     DesktopServices services;
     services.richText = std::make_unique<DocumentReader>();
     services.images = std::make_unique<QtImageCodec>();
+    services.thumbnails = std::make_unique<FreedesktopThumbnails>(*services.images);
     services.appearance = std::make_unique<PortalAppearance>();
     auto index = std::make_unique<DesktopEntryIndex>();
     index->warmUp();

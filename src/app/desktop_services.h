@@ -13,6 +13,7 @@
 #include "platform/pasteboard.h"
 #include "platform/rich_text.h"
 #include "platform/system_appearance.h"
+#include "platform/thumbnail_service.h"
 #include "platform/workspace.h"
 
 namespace quillo {
@@ -22,6 +23,7 @@ namespace quillo {
 struct DesktopServices {
     std::unique_ptr<RichTextReader> richText;
     std::unique_ptr<ImageCodec> images;
+    std::unique_ptr<ThumbnailService> thumbnails;
     std::unique_ptr<SystemAppearance> appearance;
     std::unique_ptr<ApplicationIndex> applications;
     std::unique_ptr<Pasteboard> pasteboard;

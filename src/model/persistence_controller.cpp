@@ -184,6 +184,10 @@ void PersistenceController::perform(std::move_only_function<void(ObjectContext&)
     d->store->perform(std::move(work));
 }
 
+Result<void> PersistenceController::read(const std::function<void(ObjectContext&)>& work) {
+    return d->store->read(work);
+}
+
 void PersistenceController::performPatiently(HeldWork::Work work, qint64 sizeBytes) {
     d->store->perform([this, work = std::move(work), sizeBytes](ObjectContext& context) mutable {
         const bool isFirst = d->held.isEmpty();

@@ -57,10 +57,16 @@ public:
     /// calls. Returns at once. Any thread.
     void perform(std::move_only_function<void(ObjectContext&)> work);
 
-    /// The same for work that a lock of another process must not lose: while it answers Busy it is
-    /// held in memory and done again, at intervals that double up to a minute, and what is
-    /// performed this way meanwhile lines up behind it. sizeBytes is about what the work keeps in
-    /// memory; beyond HeldWork's bounds the new work is dropped with a line in the log.
+    /// Runs work at once on the calling thread with a context that only reads and waits neither for
+    /// what was performed nor for a save. An error when the store cannot be read at present: work
+    /// was then not run. Any thread but the main thread.
+    [[nodiscard]] Result<void> read(const std::function<void(ObjectContext&)>& work);
+
+    /// The same as perform() for work that a lock of another process must not lose: while it
+    /// answers Busy it is held in memory and done again, at intervals that double up to a minute,
+    /// and what is performed this way meanwhile lines up behind it. sizeBytes is about what the
+    /// work keeps in memory; beyond HeldWork's bounds the new work is dropped with a line in the
+    /// log.
     void performPatiently(HeldWork::Work work, qint64 sizeBytes);
 
     /// Waits until everything performed so far is done; what a lock holds up is tried once more.

@@ -5,6 +5,7 @@
 
 #include "base/logging.h"
 #include "model/pinboard.h"
+#include "paste/text_transformation_service.h"
 
 using namespace Qt::StringLiterals;
 
@@ -30,14 +31,10 @@ bool concernsClips(const ChangeSet& changes) {
                        [&](const ChangeSet::Update& update) { return isClip(update.id); });
 }
 
-QString capitalized(const QString& text) {
-    QString result = text.toLower();
-    bool startsWord = true;
-    for (QChar& c : result) {
-        c = startsWord ? c.toUpper() : c;
-        startsWord = !c.isLetterOrNumber() && c != u'\'';
-    }
-    return result;
+bool touches(const ChangeSet& changes, const ObjectId& id) {
+    return changes.everything || changes.deleted.contains(id) ||
+           std::ranges::any_of(changes.updated,
+                               [&](const ChangeSet::Update& update) { return update.id == id; });
 }
 
 }  // namespace
@@ -56,77 +53,108 @@ OverlayClips::OverlayClips(PersistenceController& persistence, Workspace& worksp
     connect(&m_search, &ClipSearch::finished, this, &OverlayClips::takeResult);
 }
 
-bool OverlayClips::isNarrowed() const {
-    return !m_searchText.trimmed().isEmpty() || m_typeFilter || m_groupFilter;
+std::shared_ptr<Pinboard> OverlayClips::group() const {
+    return m_groupFilter ? m_persistence.viewContext().object<Pinboard>(*m_groupFilter) : nullptr;
 }
 
 void OverlayClips::setSearchText(const QString& text) {
-    const bool asksAnew = text.trimmed() != m_searchText.trimmed();
-    m_searchText = text;
+    const bool asksAnew = text.trimmed() != m_criteria.searchText.trimmed();
+    m_criteria.searchText = text;
     if (asksAnew) {
         refresh();
     }
 }
 
 void OverlayClips::setTypeFilter(std::optional<FilterType> filter) {
-    m_typeFilter = filter;
-    refresh();
+    if (m_criteria.typeFilter != filter) {
+        m_criteria.typeFilter = filter;
+        refresh();
+    }
 }
 
 void OverlayClips::setGroupFilter(std::optional<QUuid> group) {
-    m_groupFilter = group;
-    refresh();
+    if (m_groupFilter != group) {
+        m_groupFilter = group;
+        loadGroup();
+        refresh();
+    }
 }
 
 void OverlayClips::clearCriteria() {
-    const bool wasNarrowed = isNarrowed();
-    m_searchText.clear();
-    m_typeFilter.reset();
+    const bool wasNarrowed = m_criteria.isNarrow();
+    m_criteria = {};
     m_groupFilter.reset();
     if (wasNarrowed) {
         refresh();
     }
 }
 
+void OverlayClips::setHidden(const QList<QUuid>& clips) {
+    QHash<QUuid, ClipType> hidden;
+    for (const QUuid& clip : clips) {
+        const auto shown = std::ranges::find(m_cards, clip, &CardContent::clip);
+        const ClipType kind = shown != m_cards.end() ? shown->kind : ClipType::Text;
+        hidden.insert(clip, m_hidden.value(clip, kind));
+    }
+    m_hidden = hidden;
+    refresh();
+}
+
+void OverlayClips::loadGroup() {
+    m_criteria.group.reset();
+    if (m_groupFilter) {
+        const std::shared_ptr<Pinboard> chosen = group();
+        const auto members = chosen ? chosen->orderedClipIds() : Result<QList<QUuid>>();
+        m_criteria.group = members.value_or(QList<QUuid>());
+    }
+}
+
 void OverlayClips::refresh() {
     searchAgain();
-    if (!isNarrowed()) {
+    if (!m_criteria.isNarrow()) {
         showWholeHistory();
     }
 }
 
 void OverlayClips::storeChanged(const ChangeSet& changes) {
+    if (m_groupFilter && touches(changes, {Entity::Pinboard, *m_groupFilter})) {
+        groupChanged(changes);
+    }
     // A narrowed list waits until the search knows of the change.
-    if (concernsClips(changes) && !isNarrowed()) {
+    if (concernsClips(changes) && !m_criteria.isNarrow()) {
         showWholeHistory();
     }
 }
 
-void OverlayClips::searchAgain() {
-    m_isPending = isNarrowed();
-    m_search.request(criteria());
+void OverlayClips::groupChanged(const ChangeSet& changes) {
+    const bool isGone =
+        changes.deleted.contains(ObjectId{Entity::Pinboard, *m_groupFilter}) || group() == nullptr;
+    if (isGone) {
+        setGroupFilter(std::nullopt);
+        Q_EMIT groupLost();
+    } else {
+        loadGroup();
+        refresh();
+    }
 }
 
-ClipCriteria OverlayClips::criteria() const {
-    ClipCriteria criteria{.searchText = m_searchText, .typeFilter = m_typeFilter, .group = {}};
-    if (m_groupFilter) {
-        const auto group = m_persistence.viewContext().object<Pinboard>(*m_groupFilter);
-        const auto members = group ? group->orderedClipIds() : Result<QList<QUuid>>();
-        criteria.group = members.value_or(QList<QUuid>());
-    }
-    return criteria;
+void OverlayClips::searchAgain() {
+    m_isPending = m_criteria.isNarrow();
+    m_search.request(m_criteria);
 }
 
 void OverlayClips::showWholeHistory() {
     ObjectContext& context = m_persistence.viewContext();
-    Result<QList<std::shared_ptr<Clip>>> clips = context.fetch<Clip>(pinnedThenNewest());
+    FetchRequest request = pinnedThenNewest();
+    request.limit += m_hidden.size();
+    Result<QList<std::shared_ptr<Clip>>> clips = context.fetch<Clip>(request);
     const Result<qsizetype> total = context.count(FetchRequest{});
     if (!clips || !total) {
         const Error& error = clips ? total.error() : clips.error();
         qCCritical(lcOverlay, "Error fetching clips: %s", qUtf8Printable(error.text));
         return;
     }
-    m_total = *total;
+    m_total = *total - m_hidden.size();
     show(std::move(*clips));
 }
 
@@ -160,14 +188,27 @@ void OverlayClips::takeResult(const SearchResult& result) {
     m_visibleIds = result.ids;
     m_kindCounts = result.kindCounts;
     m_total = result.total;
+    for (const auto& [clip, kind] : m_hidden.asKeyValueRange()) {
+        // The whole history comes without its identifiers.
+        if (!m_criteria.isNarrow() || m_visibleIds.removeOne(clip)) {
+            --m_kindCounts[size_t(kind)];
+            --m_total;
+        }
+    }
     Q_EMIT counted();
 }
 
 void OverlayClips::show(QList<std::shared_ptr<Clip>> clips) {
-    m_clips = std::move(clips);
+    clips.removeIf([this](const auto& clip) { return m_hidden.contains(clip->id()); });
+    m_clips = clips.first(std::min<qsizetype>(clips.size(), kMaxVisibleClips));
     m_cards.clear();
-    for (const std::shared_ptr<Clip>& clip : m_clips) {
-        m_cards.append(cardContentFor(*clip, sourceName(clip->sourceBundleId().value_or(u""_s))));
+    const std::shared_ptr<Pinboard> chosen = group();
+    for (const std::shared_ptr<Clip>& clip : std::as_const(m_clips)) {
+        CardContent card =
+            cardContentFor(*clip, sourceName(clip->sourceBundleId().value_or(u""_s)));
+        // Within a group its own pins count.
+        card.isPinned = chosen ? chosen->isPinned(clip->id()) : card.isPinned;
+        m_cards.append(std::move(card));
     }
     Q_EMIT refreshed();
 }
@@ -185,10 +226,10 @@ QList<ClipTypeCount> OverlayClips::typeCounts() const {
 EmptyState OverlayClips::emptyState() const {
     std::optional<QString> groupTitle;
     if (m_groupFilter) {
-        const auto group = m_persistence.viewContext().object<Pinboard>(*m_groupFilter);
-        groupTitle = group ? group->title().value_or(u""_s) : u""_s;
+        const std::shared_ptr<Pinboard> chosen = group();
+        groupTitle = chosen ? chosen->title().value_or(u""_s) : u""_s;
     }
-    return emptyStateFor(m_searchText, m_typeFilter, groupTitle);
+    return emptyStateFor(m_criteria.searchText, m_criteria.typeFilter, groupTitle);
 }
 
 QString OverlayClips::sourceName(const QString& identifier) {
@@ -210,7 +251,9 @@ QString sourceNameFor(const QString& bundleIdentifier,
         return application->name;
     }
     const QStringList parts = bundleIdentifier.split(u'.', Qt::SkipEmptyParts);
-    return parts.isEmpty() ? QString() : capitalized(parts.constLast());
+    return parts.isEmpty() ? QString()
+                           : TextTransformationService::shared().apply(
+                                 TextTransformation::TitleCase, parts.constLast());
 }
 
 }  // namespace quillo

@@ -15,6 +15,8 @@
 
 namespace quillo {
 
+class Pinboard;
+
 /// How many clips of one stored kind the visible list has.
 struct ClipTypeCount {
     ClipType type = ClipType::Text;
@@ -48,10 +50,16 @@ public:
     /// nothing narrows it.
     [[nodiscard]] const QList<QUuid>& visibleIds() const { return m_visibleIds; }
 
-    [[nodiscard]] const QString& searchText() const { return m_searchText; }
+    [[nodiscard]] const QString& searchText() const { return m_criteria.searchText; }
+    [[nodiscard]] std::optional<FilterType> typeFilter() const { return m_criteria.typeFilter; }
+    [[nodiscard]] std::optional<QUuid> groupFilter() const { return m_groupFilter; }
+    /// Null when no group is chosen.
+    [[nodiscard]] std::shared_ptr<Pinboard> group() const;
     void setSearchText(const QString& text);
     void setTypeFilter(std::optional<FilterType> filter);
     void setGroupFilter(std::optional<QUuid> group);
+    /// Leaves clips out that are about to be deleted.
+    void setHidden(const QList<QUuid>& clips);
     /// Back to the whole history.
     void clearCriteria();
 
@@ -68,10 +76,12 @@ Q_SIGNALS:
     void refreshed();
     /// total(), typeCounts() and visibleIds() are new.
     void counted();
+    /// The chosen group is gone, and with it the choice.
+    void groupLost();
 
 private:
-    [[nodiscard]] bool isNarrowed() const;
-    [[nodiscard]] ClipCriteria criteria() const;
+    void loadGroup();
+    void groupChanged(const ChangeSet& changes);
     [[nodiscard]] QString sourceName(const QString& identifier);
     void storeChanged(const ChangeSet& changes);
     void searchAgain();
@@ -84,9 +94,9 @@ private:
     Workspace& m_workspace;
     QHash<QString, QString> m_sourceNames;
     ClipSearch m_search;
-    QString m_searchText;
-    std::optional<FilterType> m_typeFilter;
+    ClipCriteria m_criteria;
     std::optional<QUuid> m_groupFilter;
+    QHash<QUuid, ClipType> m_hidden;
     QList<std::shared_ptr<Clip>> m_clips;
     QList<CardContent> m_cards;
     QList<QUuid> m_visibleIds;

@@ -42,8 +42,9 @@ void OverlayPanel::setContent(QWidget* content) {
 
 void OverlayPanel::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
+    m_shape = roundedShape(size());
     if (m_corners == Corners::Cut) {
-        setMask(roundedShape(size()));
+        setMask(m_shape);
     }
 }
 

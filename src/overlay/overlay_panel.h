@@ -20,6 +20,9 @@ public:
     void setMovable(bool isMovable) { m_isMovable = isMovable; }
     [[nodiscard]] bool isMovable() const { return m_isMovable; }
 
+    /// What is inside the round corners.
+    [[nodiscard]] const QRegion& shape() const { return m_shape; }
+
 Q_SIGNALS:
     /// The person moved the panel.
     void dragged();
@@ -32,6 +35,7 @@ protected:
 
 private:
     Corners m_corners;
+    QRegion m_shape;
     bool m_isMovable = false;
     bool m_isDragging = false;
     QPoint m_grip;

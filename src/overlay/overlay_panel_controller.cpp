@@ -4,16 +4,17 @@
 #include <QApplication>
 #include <QCursor>
 #include <QKeyEvent>
-#include <QLineEdit>
-#include <QPlainTextEdit>
-#include <QScopedValueRollback>
+#include <QMimeData>
 #include <QScreen>
-#include <QTextEdit>
 #include <QTimer>
 #include <QWindow>
-#include <cmath>
 
 #include "base/logging.h"
+#include "library/groups/chip_row.h"
+#include "library/groups/clip_drag.h"
+#include "library/groups/group_menu.h"
+#include "library/groups/text_field_menu.h"
+#include "overlay/panel_geometry.h"
 #include "overlay/search_field.h"
 
 namespace quillo {
@@ -22,61 +23,49 @@ namespace {
 QUILLO_LOG_CATEGORY(lcPanel, "OverlayPanelController")
 
 constexpr std::chrono::milliseconds kToggleDebounce{300};
-
-std::optional<QPointF> storedOrigin(const UserDefaults& defaults) {
-    if (!defaults.boolean(QStringLiteral("panelHasCustomOrigin")).value_or(false)) {
-        return std::nullopt;
-    }
-    const std::optional<double> x = defaults.real(QStringLiteral("panelCustomX"));
-    const std::optional<double> y = defaults.real(QStringLiteral("panelCustomY"));
-    // A settings file edited by hand may hold anything.
-    constexpr double kFarthest = 1e6;
-    if (!x || !y || !(std::abs(*x) < kFarthest) || !(std::abs(*y) < kFarthest)) {
-        return std::nullopt;
-    }
-    return QPointF(*x, *y);
-}
-
-PanelPosition storedPosition(const UserDefaults& defaults) {
-    return panelPositionFromText(
-        defaults.string(QStringLiteral("panelPosition")).value_or(QString()));
-}
-
-bool storedLock(const UserDefaults& defaults) {
-    return defaults.boolean(QStringLiteral("panelPositionLocked")).value_or(true);
-}
-
-// Whether the value was another one.
-template <typename Value>
-bool isReplaced(Value& field, Value value) {
-    const bool isAnother = field != value;
-    field = std::move(value);
-    return isAnother;
-}
-
-QList<QRect> screenFrames() {
-    QList<QRect> frames;
-    for (const QScreen* screen : QGuiApplication::screens()) {
-        frames.append(screen->geometry());
-    }
-    return frames;
-}
+constexpr QLatin1StringView kImageBadgeSizeKey("imageBadgeSize");
 
 }  // namespace
 
 OverlayPanelController::OverlayPanelController(OverlayPanelServices services, QObject* parent)
     : PanelPositionControl(parent),
       m_services(std::move(services)),
+      m_placement(m_services.defaults),
       m_clips(m_services.persistence, m_services.workspace),
-      m_thumbnails(m_services.images, storedImageLoader(m_services.persistence)),
-      m_panelPosition(storedPosition(m_services.defaults)),
-      m_isPositionLocked(storedLock(m_services.defaults)),
-      m_customOrigin(storedOrigin(m_services.defaults)) {
+      m_actions(m_services.persistence, m_clips),
+      m_deletions([this](const QList<QUuid>& clips) { m_actions.deleteForGood(clips); },
+                  kSecondThoughts),
+      m_groups(m_services.persistence.viewContext()),
+      m_pictures({m_services.images, m_services.documents, m_services.thumbnails,
+                  m_services.workspace, storedBytesLoader(m_services.persistence)}) {
     connect(&m_clips, &OverlayClips::refreshed, this, &OverlayPanelController::clipsRefreshed);
+    connect(&m_clips, &OverlayClips::groupLost, this, [this] {
+        if (m_view != nullptr) {
+            m_view->bar().chips().setSelectedGroup(std::nullopt);
+        }
+        resetSelection();
+    });
+    connect(&m_deletions, &PendingDeletions::changed, this,
+            &OverlayPanelController::deletionsChanged);
+    connect(&m_services.persistence.viewContext(), &ObjectContext::changed, &m_pictures,
+            &CardPictures::takeChanges);
+    connect(&m_services.persistence.viewContext(), &ObjectContext::changed, this,
+            [this](const ChangeSet& changes) {
+                if (m_view != nullptr && (changes.everything || !changes.deleted.isEmpty())) {
+                    m_view->strip().forgetTexts();
+                }
+            });
     m_services.surface.setCompositingListener([this] { compositingChanged(); });
     followSettings();
     m_clips.refresh();
     QTimer::singleShot(0, this, &OverlayPanelController::prepare);
+}
+
+OverlayPanelController::~OverlayPanelController() {
+    m_services.surface.setCompositingListener({});
+    qApp->removeEventFilter(this);
+    // While the list that hears of it is still there.
+    m_deletions.complete();
 }
 
 void OverlayPanelController::followSettings() {
@@ -96,46 +85,50 @@ void OverlayPanelController::followSettings() {
             &OverlayPanelController::themeChanged);
     connect(&m_services.theme, &ThemeManager::effectiveSchemeChanged, this,
             &OverlayPanelController::updateLook);
-    connect(&m_services.defaults, &UserDefaults::changed, this,
-            &OverlayPanelController::settingEdited);
+    connect(&m_services.defaults, &UserDefaults::changed, this, [this](const QString& key) {
+        if (key == kImageBadgeSizeKey) {
+            updateImageBadges();
+        }
+    });
+    connect(&m_placement, &PanelPlacement::positionChanged, this, [this] {
+        placeAgain();
+        Q_EMIT panelPositionChanged();
+    });
+    connect(&m_placement, &PanelPlacement::lockedChanged, this, [this] {
+        showLock();
+        Q_EMIT positionLockedChanged();
+    });
+    connect(&m_placement, &PanelPlacement::customOriginChanged, this, [this] {
+        if (m_isVisible) {
+            placeAgain();
+        }
+        Q_EMIT customOriginChanged();
+    });
 }
 
 void OverlayPanelController::updateLook() {
+    if (m_view == nullptr) {
+        return;
+    }
+    const bool isBlended = m_panel->testAttribute(Qt::WA_TranslucentBackground);
+    const PanelLook look =
+        m_services.colors.panelLook(isBlended ? Backdrop::Visible : Backdrop::Hidden);
+    const KindColors kindColors = m_services.colors.colors();
+    m_popups->setColors(look.palette());
+    m_view->setLook(
+        look, [kindColors](ClipType kind) { return kindColors.value(kind, defaultColor(kind)); });
+}
+
+void OverlayPanelController::updateImageBadges() {
     if (m_view != nullptr) {
-        const bool isBlended = m_panel->testAttribute(Qt::WA_TranslucentBackground);
-        m_view->setLook(
-            m_services.colors.panelLook(isBlended ? Backdrop::Visible : Backdrop::Hidden));
+        m_view->strip().setImageBadgePx(
+            imageBadgePx(m_services.defaults.string(kImageBadgeSizeKey)));
     }
 }
 
 void OverlayPanelController::themeChanged() {
     m_services.colors.resetPanelBackgroundColor(m_services.theme.effectiveScheme());
     updateLook();
-}
-
-// What is read here is compared with what is held: an edit may change several keys at once.
-void OverlayPanelController::settingEdited(const QString& key) {
-    if (m_isWriting || !key.startsWith(QLatin1StringView("panel"))) {
-        return;
-    }
-    const UserDefaults& defaults = m_services.defaults;
-    if (isReplaced(m_panelPosition, storedPosition(defaults))) {
-        placeAgain();
-        Q_EMIT panelPositionChanged();
-    }
-    if (isReplaced(m_isPositionLocked, storedLock(defaults))) {
-        showLock();
-        Q_EMIT positionLockedChanged();
-    }
-    if (isReplaced(m_customOrigin, storedOrigin(defaults))) {
-        placeAgain();
-        Q_EMIT customOriginChanged();
-    }
-}
-
-OverlayPanelController::~OverlayPanelController() {
-    m_services.surface.setCompositingListener({});
-    qApp->removeEventFilter(this);
 }
 
 void OverlayPanelController::toggle() {
@@ -163,22 +156,76 @@ void OverlayPanelController::createPanel() {
     m_panel = std::make_unique<OverlayPanel>(m_services.surface.isCompositing()
                                                  ? OverlayPanel::Corners::Blended
                                                  : OverlayPanel::Corners::Cut);
-    m_view = new OverlayView(m_clips, m_thumbnails, m_services.clock);
-    m_view->bar().setLocked(m_isPositionLocked);
+    m_view = new OverlayView(m_clips, m_pictures, m_services.clock);
     m_panel->setContent(m_view);
-    m_panel->setMovable(!m_isPositionLocked);
+    m_popups = new OverlayPopups(m_panel.get(), m_groups);
+    connectBar();
+    connectStrip();
+    showLock();
     updateLook();
+    updateImageBadges();
     connect(m_panel.get(), &OverlayPanel::dragged, this, [this] { m_wasDragged = m_isVisible; });
-    connect(&m_view->strip(), &ClipStrip::cardClicked, this,
-            [this](int index) { chooseClip(index, m_clips.clips()); });
-    connect(&m_view->bar(), &OverlayBar::closeRequested, this, &OverlayPanelController::hide);
-    connect(&m_view->bar(), &OverlayBar::lockToggled, this,
-            [this] { setPositionLocked(!m_isPositionLocked); });
-    connect(&m_view->bar().search(), &QLineEdit::textChanged, this,
-            &OverlayPanelController::searchTextChanged);
     m_panel->winId();
     m_services.workspace.ignoreWindow(quint32(m_panel->winId()));
     qCDebug(lcPanel, "Overlay panel created");
+}
+
+void OverlayPanelController::connectBar() {
+    OverlayBar& bar = m_view->bar();
+    connect(&bar, &OverlayBar::closeRequested, this, &OverlayPanelController::hide);
+    connect(&bar, &OverlayBar::lockToggled, this,
+            [this] { setPositionLocked(!isPositionLocked()); });
+    connect(&bar, &OverlayBar::settingsRequested, this,
+            [this] { m_services.notifications.post(kOpenPreferencesNotification); });
+    connect(&bar, &OverlayBar::libraryRequested, this,
+            [this] { m_services.notifications.post(kOpenLibraryNotification); });
+    connect(&bar.search(), &QLineEdit::textChanged, this,
+            &OverlayPanelController::searchTextChanged);
+    new TextFieldMenu(bar.search(), m_panel.get(), [this] { return m_popups->colors(); });
+    ChipRow& chips = bar.chips();
+    chips.followFilters(m_services.colors);
+    chips.followGroups(m_groups);
+    connect(&chips, &ChipRow::filterChosen, this, [this](std::optional<FilterType> filter) {
+        m_view->bar().chips().setSelectedFilter(filter);
+        resetSelection();
+        m_clips.setTypeFilter(filter);
+    });
+    connect(&chips, &ChipRow::groupChosen, this, [this](std::optional<QUuid> group) {
+        m_view->bar().chips().setSelectedGroup(group);
+        resetSelection();
+        m_clips.setGroupFilter(group);
+    });
+    connect(&chips, &ChipRow::createGroupRequested, m_popups, &OverlayPopups::openCreateGroup);
+    connect(&chips, &ChipRow::clipDropped, this, [this](const QUuid& group, const QUuid& clip) {
+        addDroppedClip(m_groups, group, clip);
+    });
+}
+
+void OverlayPanelController::connectStrip() {
+    ClipStrip& strip = m_view->strip();
+    strip.setDragData([this](const QUuid& id) {
+        const auto clip = m_services.persistence.viewContext().object<Clip>(id);
+        std::unique_ptr<QMimeData> data = clip ? m_services.pasteBack.dragData(*clip) : nullptr;
+        if (data) {
+            setClipOfDrag(*data, id);
+        }
+        return data;
+    });
+    connect(&strip, &ClipStrip::cardClicked, this,
+            [this](int index) { chooseClip(index, m_clips.clips()); });
+    connect(&strip, &ClipStrip::deleteRequested, this,
+            [this](int index) { deleteClip(clipAt(index)); });
+    connect(&strip, &ClipStrip::groupsRequested, this, [this](int index, const QRect& anchor) {
+        m_popups->openGroups(clipAt(index), inPanel(anchor));
+    });
+    connect(&strip, &ClipStrip::menuRequested, this, &OverlayPanelController::openCardMenu);
+    connect(&strip, &ClipStrip::draggedOver, this,
+            [this](const QUuid& dragged, int index) { m_actions.dragOver(dragged, index); });
+    connect(&m_view->hints(), &HintsLine::undoRequested, &m_deletions, &PendingDeletions::undo);
+    connect(m_popups, &OverlayPopups::pinToggled, this,
+            [this](const QUuid& clip) { m_actions.togglePin(clip); });
+    connect(m_popups, &OverlayPopups::deleteRequested, this, &OverlayPanelController::deleteClip);
+    m_view->setTips(m_popups->tips());
 }
 
 // Loads the fonts and symbols, lays the view out and asks for the first pictures, so that the first
@@ -205,9 +252,13 @@ void OverlayPanelController::show() {
         return;
     }
     fitPanel();
-    m_panel->setMovable(!m_isPositionLocked);
+    m_panel->setMovable(!isPositionLocked());
+    updateButtons();
     resetSelection();
     const quint32 userTime = m_services.userTime();
+    const bool shinesThrough = m_panel->testAttribute(Qt::WA_TranslucentBackground);
+    m_services.surface.setBlurRegion(*m_panel->windowHandle(),
+                                     shinesThrough ? m_panel->shape() : QRegion());
     m_services.surface.prepare(*m_panel->windowHandle(), userTime);
     m_panel->show();
     m_panel->raise();
@@ -223,13 +274,11 @@ void OverlayPanelController::hide() {
     if (!m_isVisible || !m_panel) {
         return;
     }
-    if (m_wasDragged) {
-        m_customOrigin = m_panel->pos();
-        saveCustomOrigin();
-        m_wasDragged = false;
-    }
     qApp->removeEventFilter(this);
     m_isVisible = false;
+    if (std::exchange(m_wasDragged, false)) {
+        m_placement.setCustomOrigin(m_panel->pos());
+    }
     m_services.surface.release(*m_panel->windowHandle());
     m_panel->hide();
     if (m_previousApp) {
@@ -240,17 +289,32 @@ void OverlayPanelController::hide() {
         m_services.workspace.activate(*m_previousApp);
     }
     // Reset now, so that the next first frame never shows where this one ended.
+    clearCriteria();
+    // The paste that may follow does not wait for the store.
+    QTimer::singleShot(0, &m_deletions, &PendingDeletions::complete);
+    qCDebug(lcPanel, "Overlay hidden");
+}
+
+void OverlayPanelController::clearCriteria() {
     m_view->bar().search().clear();
+    m_view->bar().chips().setSelectedFilter(std::nullopt);
+    m_view->bar().chips().setSelectedGroup(std::nullopt);
     m_clips.clearCriteria();
     resetSelection();
-    qCDebug(lcPanel, "Overlay hidden");
+}
+
+void OverlayPanelController::updateButtons() {
+    const NotificationCenter& notifications = m_services.notifications;
+    m_view->bar().setSettingsAvailable(notifications.isObserved(kOpenPreferencesNotification));
+    m_view->bar().setLibraryAvailable(notifications.isObserved(kOpenLibraryNotification));
 }
 
 void OverlayPanelController::resetSelection() {
     m_awaitedChoice.reset();
-    m_selectedIndex = 0;
-    m_selectedClip = QUuid();
-    m_view->reset();
+    m_selection.reset();
+    if (m_view != nullptr) {
+        m_view->reset();
+    }
 }
 
 void OverlayPanelController::searchTextChanged(const QString& text) {
@@ -261,7 +325,7 @@ void OverlayPanelController::searchTextChanged(const QString& text) {
 QScreen* OverlayPanelController::mainScreen() const {
     if (m_previousApp) {
         if (const std::optional<QRect> frame = m_services.workspace.frame(*m_previousApp)) {
-            if (QScreen* screen = QGuiApplication::screenAt(frame->center())) {
+            if (QScreen* screen = screenOfNativeFrame(*frame)) {
                 return screen;
             }
         }
@@ -278,13 +342,15 @@ void OverlayPanelController::fitPanel() {
     }
 }
 
+void OverlayPanelController::placeAgain() {
+    const QScreen* screen = mainScreen();
+    if (m_panel && screen != nullptr) {
+        applyFrame(*screen, m_panel->width());
+    }
+}
+
 void OverlayPanelController::applyFrame(const QScreen& screen, int width) {
-    const std::optional<QPoint> custom =
-        m_customOrigin ? std::optional(m_customOrigin->toPoint()) : std::nullopt;
-    const QPoint origin = originForPanel(
-        m_panelPosition, custom, ScreenArea{screen.geometry(), screen.availableGeometry()}, width);
-    const QRect frame =
-        nearestVisibleFrame(QRect(origin, QSize(width, kPanelHeight)), screenFrames());
+    const QRect frame = m_placement.frameOn(screen, width);
     if (m_panel->geometry() != frame) {
         m_panel->setGeometry(frame);
     }
@@ -295,10 +361,23 @@ void OverlayPanelController::compositingChanged() {
     const bool wasVisible = m_isVisible;
     hide();
     m_view = nullptr;
+    m_popups = nullptr;
     m_panel.reset();
     if (wasVisible) {
         show();
     }
+}
+
+QList<QUuid> OverlayPanelController::shownClips() const {
+    QList<QUuid> ids;
+    for (const CardContent& card : m_clips.cards()) {
+        ids.append(card.clip);
+    }
+    return ids;
+}
+
+QUuid OverlayPanelController::clipAt(int index) const {
+    return m_clips.cards().value(index).clip;
 }
 
 void OverlayPanelController::clipsRefreshed() {
@@ -310,69 +389,31 @@ void OverlayPanelController::clipsRefreshed() {
         return;
     }
     // A card that the person moved to stays the selected one when others come before it.
-    const QList<std::shared_ptr<Clip>>& clips = m_clips.clips();
-    for (int i = 0; i < clips.size() && !m_selectedClip.isNull(); ++i) {
-        if (clips.at(i)->id() == m_selectedClip) {
-            m_selectedIndex = i;
-        }
-    }
-    m_selectedIndex = std::clamp(m_selectedIndex, 0, std::max(0, int(clips.size()) - 1));
-    if (!m_selectedClip.isNull()) {
-        m_view->strip().selectCard(m_selectedIndex);
-    }
-}
-
-void OverlayPanelController::saveCustomOrigin() {
-    const QScopedValueRollback writing(m_isWriting, true);
-    UserDefaults& defaults = m_services.defaults;
-    if (m_customOrigin) {
-        defaults.setObject(QStringLiteral("panelCustomX"), m_customOrigin->x());
-        defaults.setObject(QStringLiteral("panelCustomY"), m_customOrigin->y());
-    }
-    defaults.setObject(QStringLiteral("panelHasCustomOrigin"), m_customOrigin.has_value());
-    Q_EMIT customOriginChanged();
+    m_selection.follow(shownClips());
+    m_view->strip().setSelectedIndex(m_selection.index());
 }
 
 void OverlayPanelController::setPanelPosition(PanelPosition position) {
-    m_panelPosition = position;
-    m_customOrigin.reset();
-    {
-        const QScopedValueRollback writing(m_isWriting, true);
-        m_services.defaults.setObject(QStringLiteral("panelPosition"), panelPositionText(position));
-    }
-    saveCustomOrigin();
-    Q_EMIT panelPositionChanged();
-    placeAgain();
-}
-
-void OverlayPanelController::placeAgain() {
-    const QScreen* screen = mainScreen();
-    if (m_panel && screen != nullptr) {
-        applyFrame(*screen, m_panel->width());
-    }
+    m_placement.setPosition(position);
 }
 
 void OverlayPanelController::resetToDefaultPosition() {
-    setPanelPosition(m_panelPosition);
+    setPanelPosition(panelPosition());
 }
 
 void OverlayPanelController::setPositionLocked(bool isLocked) {
-    m_isPositionLocked = isLocked;
-    m_services.defaults.setObject(QStringLiteral("panelPositionLocked"), isLocked);
-    showLock();
-    Q_EMIT positionLockedChanged();
+    m_placement.setLocked(isLocked);
 }
 
 void OverlayPanelController::showLock() {
     if (m_panel) {
-        m_panel->setMovable(!m_isPositionLocked);
-        m_view->bar().setLocked(m_isPositionLocked);
+        m_panel->setMovable(!isPositionLocked());
+        m_view->bar().setLocked(isPositionLocked());
     }
 }
 
 void OverlayPanelController::selectItem(int index) {
-    m_selectedIndex = index;
-    m_selectedClip = m_clips.clips().value(index) ? m_clips.clips().at(index)->id() : QUuid();
+    m_selection.select(index, shownClips());
     if (m_view != nullptr) {
         m_view->strip().selectCard(index);
     }
@@ -399,11 +440,27 @@ void OverlayPanelController::chooseWhenFound(int index) {
     }
 }
 
-bool OverlayPanelController::isTextInputFocused() const {
-    const QWidget* focused = m_panel ? m_panel->focusWidget() : nullptr;
-    return qobject_cast<const QLineEdit*>(focused) != nullptr ||
-           qobject_cast<const QTextEdit*>(focused) != nullptr ||
-           qobject_cast<const QPlainTextEdit*>(focused) != nullptr;
+void OverlayPanelController::deleteClip(const QUuid& clip) {
+    if (!clip.isNull()) {
+        m_deletions.add(clip);
+    }
+}
+
+void OverlayPanelController::deletionsChanged() {
+    m_clips.setHidden(m_deletions.clips());
+    if (m_view != nullptr) {
+        m_view->hints().offerUndo(m_deletions.clips().size());
+    }
+}
+
+QRect OverlayPanelController::inPanel(const QRect& inStrip) const {
+    return {m_view->strip().mapTo(m_panel.get(), inStrip.topLeft()), inStrip.size()};
+}
+
+void OverlayPanelController::openCardMenu(int index, const QRect& anchorInStrip) {
+    if (index >= 0 && index < m_clips.cards().size()) {
+        m_popups->openCardMenu(m_clips.cards().at(index), inPanel(anchorInStrip));
+    }
 }
 
 bool OverlayPanelController::eventFilter(QObject* watched, QEvent* event) {
@@ -420,64 +477,65 @@ bool OverlayPanelController::handleKey(const QKeyEvent& event) {
         .modifiers = event.modifiers() & ~Qt::KeypadModifier,
         .text = event.text(),
         .scanCode = event.nativeScanCode(),
-        .textHasFocus = isTextInputFocused(),
-        .selectedIndex = m_selectedIndex,
+        .focus = m_view->focus(),
+        .selectedIndex = m_selection.index(),
         .cardCount =
             m_clips.isPending() ? OverlayClips::kMaxVisibleClips : int(m_clips.clips().size()),
+        .cardsPerPage = m_view->strip().cardsPerPage(),
     });
-    switch (action.kind) {
-        case PanelKeyAction::Kind::LetThrough:
-            return false;
-        case PanelKeyAction::Kind::Consume:
-            break;
-        case PanelKeyAction::Kind::Hide:
-            hide();
-            break;
-        case PanelKeyAction::Kind::Select:
-            selectItem(action.index);
-            break;
-        case PanelKeyAction::Kind::Choose:
-            chooseWhenFound(action.index);
-            break;
-        case PanelKeyAction::Kind::FocusCards:
-            m_view->strip().setFocus();
-            break;
-        case PanelKeyAction::Kind::FocusSearch:
-            m_view->bar().search().setFocus(Qt::ShortcutFocusReason);
-            m_view->bar().search().selectAll();
-            break;
-        case PanelKeyAction::Kind::StartSearch:
-            m_view->bar().search().typeText(event.text());
-            break;
-        default:
-            editText(action.kind);
-            break;
+    if (action.kind == PanelKeyAction::Kind::LetThrough) {
+        return false;
     }
+    act(action, event.text());
     return true;
 }
 
-void OverlayPanelController::editText(PanelKeyAction::Kind kind) {
-    const char* slot = nullptr;
-    switch (kind) {
-        case PanelKeyAction::Kind::SelectAllText:
-            slot = "selectAll";
+void OverlayPanelController::act(const PanelKeyAction& action, const QString& typed) {
+    using Kind = PanelKeyAction::Kind;
+    SearchField& search = m_view->bar().search();
+    const int selected = m_selection.index();
+    switch (action.kind) {
+        case Kind::LetThrough:
+        case Kind::Consume:
             break;
-        case PanelKeyAction::Kind::CopyText:
-            slot = "copy";
+        case Kind::Hide:
+            hide();
             break;
-        case PanelKeyAction::Kind::PasteText:
-            slot = "paste";
+        case Kind::Select:
+            selectItem(action.index);
             break;
-        case PanelKeyAction::Kind::CutText:
-            slot = "cut";
+        case Kind::Choose:
+            chooseWhenFound(action.index);
             break;
-        case PanelKeyAction::Kind::UndoText:
-            slot = "undo";
+        case Kind::Delete:
+            deleteClip(clipAt(selected));
             break;
-        default:
-            return;
+        case Kind::TogglePin:
+            m_actions.togglePin(clipAt(selected));
+            break;
+        case Kind::OpenMenu:
+            openCardMenu(selected, m_view->strip().cardRect(selected));
+            break;
+        case Kind::FocusCards:
+            m_view->strip().setFocus(Qt::ShortcutFocusReason);
+            break;
+        case Kind::FocusSearch:
+            search.setFocus(Qt::ShortcutFocusReason);
+            search.selectAll();
+            break;
+        case Kind::StartSearch:
+            search.typeText(typed);
+            break;
+        case Kind::PressControl:
+            m_view->pressFocusedControl();
+            break;
+        case Kind::NextControl:
+            m_view->focusBesideControl(1);
+            break;
+        case Kind::PreviousControl:
+            m_view->focusBesideControl(-1);
+            break;
     }
-    QMetaObject::invokeMethod(m_panel->focusWidget(), slot);
 }
 
 }  // namespace quillo

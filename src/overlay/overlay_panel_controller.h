@@ -2,24 +2,29 @@
 #pragma once
 
 #include <QObject>
-#include <QPointF>
 #include <chrono>
 #include <functional>
 #include <memory>
 #include <optional>
 
 #include "appearance/clip_type_color_manager.h"
+#include "appearance/panel_position_control.h"
 #include "appearance/theme_manager.h"
 #include "base/clock.h"
-#include "library/thumbnails/image_thumbnails.h"
+#include "library/groups/group_list.h"
+#include "library/thumbnails/card_pictures.h"
+#include "overlay/overlay_actions.h"
 #include "overlay/overlay_clips.h"
 #include "overlay/overlay_panel.h"
+#include "overlay/overlay_popups.h"
 #include "overlay/overlay_view.h"
-#include "overlay/panel_geometry.h"
-#include "overlay/panel_keys.h"
+#include "overlay/panel_placement.h"
+#include "overlay/pending_deletions.h"
+#include "overlay/strip_selection.h"
 #include "paste/paste_back.h"
 #include "platform/notification_center.h"
 #include "platform/panel_surface.h"
+#include "platform/thumbnail_service.h"
 #include "platform/user_defaults.h"
 #include "platform/workspace.h"
 
@@ -38,6 +43,8 @@ struct OverlayPanelServices {
     ClipTypeColorManager& colors;
     NotificationCenter& notifications;
     const ImageCodec& images;
+    const RichTextReader& documents;
+    ThumbnailService& thumbnails;
     PanelSurface& surface;
     const Clock& clock;
     /// Queues a look at the pasteboard, so that a copy made just now is there soon.
@@ -54,7 +61,11 @@ class OverlayPanelController final : public PanelPositionControl {
     Q_OBJECT
 
 public:
+    /// For how long a deletion can be taken back while the panel stays open.
+    static constexpr std::chrono::milliseconds kSecondThoughts{6000};
+
     explicit OverlayPanelController(OverlayPanelServices services, QObject* parent = nullptr);
+    /// Completes pending deletions.
     ~OverlayPanelController() override;
 
     /// Shows or hides; a request within 0.3 s of the last accepted one is ignored.
@@ -71,10 +82,10 @@ public:
     void chooseClip(int index, const QList<std::shared_ptr<Clip>>& clips);
 
     [[nodiscard]] bool isVisible() const { return m_isVisible; }
-    [[nodiscard]] int selectedIndex() const { return m_selectedIndex; }
-    [[nodiscard]] PanelPosition panelPosition() const override { return m_panelPosition; }
-    [[nodiscard]] bool isPositionLocked() const override { return m_isPositionLocked; }
-    [[nodiscard]] std::optional<QPointF> customOrigin() const { return m_customOrigin; }
+    [[nodiscard]] int selectedIndex() const { return m_selection.index(); }
+    [[nodiscard]] PanelPosition panelPosition() const override { return m_placement.position(); }
+    [[nodiscard]] bool isPositionLocked() const override { return m_placement.isLocked(); }
+    [[nodiscard]] std::optional<QPointF> customOrigin() const { return m_placement.customOrigin(); }
     [[nodiscard]] const OverlayClips& clips() const { return m_clips; }
     /// None before it is made.
     [[nodiscard]] OverlayPanel* panel() { return m_panel.get(); }
@@ -85,41 +96,49 @@ protected:
 private:
     void prepare();
     void createPanel();
+    void connectBar();
+    void connectStrip();
     void fitPanel();
+    void placeAgain();
     void applyFrame(const QScreen& screen, int width);
     void compositingChanged();
+    void followSettings();
+    void updateLook();
+    void updateImageBadges();
+    void updateButtons();
+    void themeChanged();
+    void showLock();
     void clipsRefreshed();
     void resetSelection();
+    void clearCriteria();
     void searchTextChanged(const QString& text);
     void chooseWhenFound(int index);
-    void followSettings();
-    void settingEdited(const QString& key);
-    void updateLook();
-    void themeChanged();
-    void placeAgain();
-    void showLock();
-    void saveCustomOrigin();
+    void deleteClip(const QUuid& clip);
+    void deletionsChanged();
+    void openCardMenu(int index, const QRect& anchorInStrip);
+    [[nodiscard]] QRect inPanel(const QRect& inStrip) const;
+    [[nodiscard]] QUuid clipAt(int index) const;
+    [[nodiscard]] QList<QUuid> shownClips() const;
     [[nodiscard]] QScreen* mainScreen() const;
-    [[nodiscard]] bool isTextInputFocused() const;
     [[nodiscard]] bool handleKey(const QKeyEvent& event);
-    void editText(PanelKeyAction::Kind kind);
+    void act(const PanelKeyAction& action, const QString& typed);
 
     OverlayPanelServices m_services;
+    PanelPlacement m_placement;
     OverlayClips m_clips;
-    ImageThumbnails m_thumbnails;
+    OverlayActions m_actions;
+    PendingDeletions m_deletions;
+    GroupList m_groups;
+    CardPictures m_pictures;
+    StripSelection m_selection;
     std::unique_ptr<OverlayPanel> m_panel;
     OverlayView* m_view = nullptr;
+    OverlayPopups* m_popups = nullptr;
     std::optional<RunningApplication> m_previousApp;
     bool m_isVisible = false;
     bool m_wasDragged = false;
-    int m_selectedIndex = 0;
-    QUuid m_selectedClip;
     std::optional<int> m_awaitedChoice;  ///< Chosen before the newest search was answered.
     std::chrono::steady_clock::time_point m_lastToggleTime;
-    PanelPosition m_panelPosition;
-    bool m_isPositionLocked;
-    std::optional<QPointF> m_customOrigin;
-    bool m_isWriting = false;  ///< What changes now in the settings is ours.
 };
 
 }  // namespace quillo

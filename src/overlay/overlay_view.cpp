@@ -1,49 +1,98 @@
 // SPDX-License-Identifier: MIT
 #include "overlay/overlay_view.h"
 
+#include <QAbstractButton>
 #include <QPainter>
 #include <QVBoxLayout>
-#include <array>
-#include <utility>
+#include <algorithm>
 
+#include "library/groups/chip_row.h"
+#include "library/groups/panel_tips.h"
+#include "library/groups/popup.h"
 #include "overlay/panel_geometry.h"
+#include "overlay/search_field.h"
 
 namespace quillo {
-namespace {
 
-constexpr int kHintsHeight = 24;
-constexpr int kGapBetweenHints = 18;
-constexpr int kGapWithinHint = 4;
-
-using Hint = std::pair<const char*, const char*>;
-constexpr std::array<Hint, 3> kHints = {Hint{"arrows", "Navigate"}, Hint{"return", "Paste"},
-                                        Hint{"esc", "Close"}};
-
-}  // namespace
-
-OverlayView::OverlayView(const OverlayClips& clips, ImageThumbnails& thumbnails, const Clock& clock,
+OverlayView::OverlayView(const OverlayClips& clips, CardPictures& pictures, const Clock& clock,
                          QWidget* parent)
-    : QWidget(parent), m_bar(new OverlayBar), m_strip(new ClipStrip(clips, thumbnails, clock)) {
+    : QWidget(parent),
+      m_bar(new OverlayBar),
+      m_strip(new ClipStrip(clips, pictures, clock)),
+      m_hints(new HintsLine) {
     auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(0, 0, 0, kHintsHeight);
+    column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
     column->addWidget(m_bar);
     column->addWidget(m_strip);
-    for (const auto changed : {&OverlayClips::refreshed, &OverlayClips::counted}) {
-        connect(&clips, changed, this, [this, &clips] { m_bar->setTotal(clips.total()); });
-    }
-    m_bar->setTotal(clips.total());
+    column->addWidget(m_hints);
+    m_bar->chips().setDragSource(m_strip);
+    const auto showCounts = [this, &clips] { m_bar->setCounts(clips.total(), clips.typeCounts()); };
+    connect(&clips, &OverlayClips::refreshed, this, showCounts);
+    connect(&clips, &OverlayClips::counted, this, showCounts);
+    showCounts();
 }
 
 void OverlayView::reset() {
     m_strip->reset();
 }
 
-void OverlayView::setLook(const PanelLook& look) {
+void OverlayView::setLook(const PanelLook& look, TypeBadges::KindColor kindColor) {
     m_colors = look.palette();
-    m_bar->setColors(m_colors);
+    m_bar->setColors(m_colors, std::move(kindColor));
     m_strip->setLook(look);
+    m_hints->setColors(m_colors);
+    if (m_tips != nullptr) {
+        m_tips->setColors(m_colors);
+    }
     update();
+}
+
+PanelFocus OverlayView::focus() const {
+    if (Popup::openIn(this) != nullptr) {
+        return PanelFocus::Popup;
+    }
+    const QWidget* focused = window()->focusWidget();
+    if (focused == &m_bar->search()) {
+        return PanelFocus::SearchField;
+    }
+    return qobject_cast<const QAbstractButton*>(focused) != nullptr ? PanelFocus::BarControl
+                                                                    : PanelFocus::Cards;
+}
+
+void OverlayView::focusBesideControl(int direction) {
+    const QList<QWidget*> controls = m_bar->controls();
+    const qsizetype at = controls.indexOf(window()->focusWidget());
+    if (at < 0) {
+        return;
+    }
+    const qsizetype next = (at + direction + controls.size()) % controls.size();
+    controls.at(next)->setFocus(direction > 0 ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+}
+
+// From the cards over the field, the chips and the buttons back to the cards. The chips come and
+// go, so the order is not left to the one in which widgets were made.
+QList<QWidget*> OverlayView::tabStops() const {
+    QList<QWidget*> stops{m_strip, &m_bar->search()};
+    stops += m_bar->controls();
+    if (m_hints->undoButton()->isVisible()) {
+        stops.append(m_hints->undoButton());
+    }
+    return stops;
+}
+
+bool OverlayView::focusNextPrevChild(bool next) {
+    const QList<QWidget*> stops = tabStops();
+    const qsizetype at = std::max<qsizetype>(0, stops.indexOf(window()->focusWidget()));
+    const qsizetype to = (at + (next ? 1 : stops.size() - 1)) % stops.size();
+    stops.at(to)->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+    return true;
+}
+
+void OverlayView::pressFocusedControl() {
+    if (auto* button = qobject_cast<QAbstractButton*>(window()->focusWidget())) {
+        button->click();
+    }
 }
 
 void OverlayView::paintEvent(QPaintEvent* /*event*/) {
@@ -57,37 +106,6 @@ void OverlayView::paintEvent(QPaintEvent* /*event*/) {
     painter.setBrush(m_colors.panelBackground);
     painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), kPanelCornerRadius,
                             kPanelCornerRadius);
-    paintHints(painter);
-}
-
-void OverlayView::paintHints(QPainter& painter) const {
-    QFont keyFont = font();
-    keyFont.setPixelSize(11);
-    keyFont.setWeight(QFont::Medium);
-    QFont actionFont = keyFont;
-    actionFont.setWeight(QFont::Normal);
-    const QFontMetrics keyMetrics(keyFont);
-    const QFontMetrics actionMetrics(actionFont);
-    int total = kGapBetweenHints * int(kHints.size() - 1);
-    for (const auto& [key, action] : kHints) {
-        total += keyMetrics.horizontalAdvance(QLatin1StringView(key)) + kGapWithinHint +
-                 actionMetrics.horizontalAdvance(QLatin1StringView(action));
-    }
-    int x = (width() - total) / 2;
-    const auto draw = [&](const char* text, const QFont& font, const QColor& color) {
-        const QString word = QString::fromLatin1(text);
-        painter.setFont(font);
-        painter.setPen(color);
-        const QRect area(x, height() - kHintsHeight, width(), kHintsHeight);
-        painter.drawText(area, Qt::AlignLeft | Qt::AlignVCenter, word);
-        x += QFontMetrics(font).horizontalAdvance(word);
-    };
-    for (const auto& [key, action] : kHints) {
-        draw(key, keyFont, m_colors.primaryText);
-        x += kGapWithinHint;
-        draw(action, actionFont, m_colors.secondaryText);
-        x += kGapBetweenHints;
-    }
 }
 
 }  // namespace quillo

@@ -5,9 +5,13 @@
 
 #include "appearance/panel_look.h"
 #include "overlay/clip_strip.h"
+#include "overlay/hints_line.h"
 #include "overlay/overlay_bar.h"
+#include "overlay/panel_keys.h"
 
 namespace quillo {
+
+class PanelTips;
 
 /// What is inside the panel: the bar, the strip of cards and the line of key hints, on a ground
 /// with round corners. A drag by the ground moves the panel unless it is locked.
@@ -16,24 +20,37 @@ class OverlayView final : public QWidget {
 
 public:
     /// Everything must outlive the view.
-    OverlayView(const OverlayClips& clips, ImageThumbnails& thumbnails, const Clock& clock,
+    OverlayView(const OverlayClips& clips, CardPictures& pictures, const Clock& clock,
                 QWidget* parent = nullptr);
 
     [[nodiscard]] ClipStrip& strip() { return *m_strip; }
     [[nodiscard]] OverlayBar& bar() { return *m_bar; }
+    [[nodiscard]] HintsLine& hints() { return *m_hints; }
 
     /// Back to how it looks when it is first shown.
     void reset();
-    void setLook(const PanelLook& look);
+    void setLook(const PanelLook& look, TypeBadges::KindColor kindColor);
+    /// The tips inside the panel take its colours.
+    void setTips(PanelTips* tips) { m_tips = tips; }
+
+    /// Which part has the keyboard.
+    [[nodiscard]] PanelFocus focus() const;
+    /// Moves the focus to the control beside the focused one, around the ends.
+    void focusBesideControl(int direction);
+    /// Presses the control that has the focus.
+    void pressFocusedControl();
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    bool focusNextPrevChild(bool next) override;
 
 private:
-    void paintHints(QPainter& painter) const;
+    [[nodiscard]] QList<QWidget*> tabStops() const;
 
     OverlayBar* m_bar;
     ClipStrip* m_strip;
+    HintsLine* m_hints;
+    PanelTips* m_tips = nullptr;
     Palette m_colors = PanelLook().palette();
 };
 

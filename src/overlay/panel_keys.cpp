@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "overlay/panel_keys.h"
 
+#include <algorithm>
+
 namespace quillo {
 namespace {
 
@@ -12,6 +14,11 @@ constexpr quint32 kDigitRowLast = 18;
 
 bool isReturn(int key) {
     return key == Qt::Key_Return || key == Qt::Key_Enter;
+}
+
+bool isMenuKey(const PanelKeyPress& press) {
+    return press.key == Qt::Key_Menu ||
+           (press.key == Qt::Key_F10 && press.modifiers == Qt::ShiftModifier);
 }
 
 // 0 when the press is no digit from 1 to 9.
@@ -26,36 +33,22 @@ int digitOf(const PanelKeyPress& press) {
     return isOnDigitRow && isPlain ? int(press.scanCode - kDigitRowFirst) + 1 : 0;
 }
 
-PanelKeyAction editingAction(int key) {
-    switch (key) {
-        case Qt::Key_A:
-            return {Kind::SelectAllText};
-        case Qt::Key_C:
-            return {Kind::CopyText};
-        case Qt::Key_V:
-            return {Kind::PasteText};
-        case Qt::Key_X:
-            return {Kind::CutText};
-        case Qt::Key_Z:
-            return {Kind::UndoText};
-        default:
-            return {Kind::LetThrough};
-    }
-}
-
 PanelKeyAction withControl(const PanelKeyPress& press) {
     if (press.key == Qt::Key_Escape) {
         return {Kind::Hide};
     }
     const bool isPlainControl = press.modifiers == Qt::ControlModifier;
-    if (isPlainControl && press.key == Qt::Key_F) {
+    if (!isPlainControl || press.focus == PanelFocus::Popup) {
+        return {Kind::LetThrough};
+    }
+    if (press.key == Qt::Key_F) {
         return {Kind::FocusSearch};
     }
-    return press.textHasFocus && isPlainControl ? editingAction(press.key)
-                                                : PanelKeyAction{Kind::LetThrough};
+    const bool pins = press.key == Qt::Key_P && press.focus == PanelFocus::Cards;
+    return {pins ? Kind::TogglePin : Kind::LetThrough};
 }
 
-PanelKeyAction inTextField(const PanelKeyPress& press) {
+PanelKeyAction inSearchField(const PanelKeyPress& press) {
     if (press.key == Qt::Key_Escape) {
         return {Kind::Hide};
     }
@@ -72,25 +65,8 @@ bool isTyping(const PanelKeyPress& press) {
            !press.text.at(0).isSpace();
 }
 
-PanelKeyAction selecting(const PanelKeyPress& press, int step) {
-    const int wanted = press.selectedIndex + step;
-    return wanted >= 0 && wanted < press.cardCount ? PanelKeyAction{Kind::Select, wanted}
-                                                   : PanelKeyAction{Kind::Consume};
-}
-
-PanelKeyAction onCards(const PanelKeyPress& press) {
-    if (press.key == Qt::Key_Escape) {
-        return {Kind::Hide};
-    }
-    if (isReturn(press.key)) {
-        return {Kind::Choose, press.selectedIndex};
-    }
-    if (press.key == Qt::Key_Left || press.key == Qt::Key_Up) {
-        return selecting(press, -1);
-    }
-    if (press.key == Qt::Key_Right || press.key == Qt::Key_Down) {
-        return selecting(press, 1);
-    }
+// What a character does where there is no text to edit.
+PanelKeyAction typed(const PanelKeyPress& press) {
     if (const int digit = digitOf(press); digit >= 1) {
         return digit <= press.cardCount ? PanelKeyAction{Kind::Choose, digit - 1}
                                         : PanelKeyAction{Kind::LetThrough};
@@ -98,8 +74,63 @@ PanelKeyAction onCards(const PanelKeyPress& press) {
     if (!isTyping(press)) {
         return {Kind::LetThrough};
     }
-    return press.text == QStringLiteral("/") ? PanelKeyAction{Kind::FocusSearch}
-                                             : PanelKeyAction{Kind::StartSearch};
+    return {press.text == QStringLiteral("/") ? Kind::FocusSearch : Kind::StartSearch};
+}
+
+PanelKeyAction selecting(const PanelKeyPress& press, int wanted) {
+    const int index = std::clamp(wanted, 0, std::max(0, press.cardCount - 1));
+    return index != press.selectedIndex && index < press.cardCount
+               ? PanelKeyAction{Kind::Select, index}
+               : PanelKeyAction{Kind::Consume};
+}
+
+PanelKeyAction onCards(const PanelKeyPress& press) {
+    if (isMenuKey(press)) {
+        return {Kind::OpenMenu};
+    }
+    switch (press.key) {
+        case Qt::Key_Escape:
+            return {Kind::Hide};
+        case Qt::Key_Return:
+        case Qt::Key_Enter:
+            return {Kind::Choose, press.selectedIndex};
+        case Qt::Key_Left:
+        case Qt::Key_Up:
+            return selecting(press, press.selectedIndex - 1);
+        case Qt::Key_Right:
+        case Qt::Key_Down:
+            return selecting(press, press.selectedIndex + 1);
+        case Qt::Key_Home:
+            return selecting(press, 0);
+        case Qt::Key_End:
+            return selecting(press, press.cardCount - 1);
+        case Qt::Key_PageUp:
+            return selecting(press, press.selectedIndex - press.cardsPerPage);
+        case Qt::Key_PageDown:
+            return selecting(press, press.selectedIndex + press.cardsPerPage);
+        case Qt::Key_Delete:
+            return {Kind::Delete};
+        default:
+            return typed(press);
+    }
+}
+
+PanelKeyAction onBarControl(const PanelKeyPress& press) {
+    switch (press.key) {
+        case Qt::Key_Escape:
+            return {Kind::Hide};
+        case Qt::Key_Return:
+        case Qt::Key_Enter:
+            return {Kind::PressControl};
+        case Qt::Key_Left:
+        case Qt::Key_Up:
+            return {Kind::PreviousControl};
+        case Qt::Key_Right:
+        case Qt::Key_Down:
+            return {Kind::NextControl};
+        default:
+            return typed(press);
+    }
 }
 
 }  // namespace
@@ -108,7 +139,17 @@ PanelKeyAction panelKeyAction(const PanelKeyPress& press) {
     if ((press.modifiers & Qt::ControlModifier) != 0) {
         return withControl(press);
     }
-    return press.textHasFocus ? inTextField(press) : onCards(press);
+    switch (press.focus) {
+        case PanelFocus::SearchField:
+            return inSearchField(press);
+        case PanelFocus::BarControl:
+            return onBarControl(press);
+        case PanelFocus::Popup:
+            return {Kind::LetThrough};
+        case PanelFocus::Cards:
+            break;
+    }
+    return onCards(press);
 }
 
 }  // namespace quillo

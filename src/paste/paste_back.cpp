@@ -2,6 +2,7 @@
 #include "paste/paste_back.h"
 
 #include "base/logging.h"
+#include "paste/clip_mime_data.h"
 #include "paste/paste_target.h"
 #include "paste/text_transformation_service.h"
 
@@ -38,6 +39,11 @@ void PasteBack::copyQuickly(const Clip& clip) {
 
 void PasteBack::copyInDetail(const Clip& clip) {
     m_services.pasteboard.write(contentsForDetailCopy(clip));
+}
+
+std::unique_ptr<QMimeData> PasteBack::dragData(const Clip& clip) const {
+    const ContentReaders& readers = m_services.readers;
+    return mimeDataFor(contentsByKind(clip, readers), {readers.richText, readers.images});
 }
 
 void PasteBack::copyTransformed(const Clip& clip, TextTransformation transformation) {

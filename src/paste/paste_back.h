@@ -3,6 +3,7 @@
 
 #include <QObject>
 #include <QUuid>
+#include <memory>
 #include <optional>
 
 #include "base/clock.h"
@@ -15,6 +16,8 @@
 #include "platform/pasteboard.h"
 #include "platform/user_defaults.h"
 #include "platform/workspace.h"
+
+class QMimeData;
 
 namespace quillo {
 
@@ -47,6 +50,10 @@ public:
 
     /// The detail view's copy button.
     void copyInDetail(const Clip& clip);
+
+    /// What dragging the clip into another program gives it, in the clip's own kind. The services
+    /// must outlive the data.
+    [[nodiscard]] std::unique_ptr<QMimeData> dragData(const Clip& clip) const;
 
     /// The clip's text transformed, for the detail view's transformation buttons; nothing happens,
     /// and the pasteboard stays as it is, when the clip has neither a text nor an address.

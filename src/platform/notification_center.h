@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QMultiHash>
 #include <QObject>
+#include <QPointer>
 #include <QString>
 
 namespace quillo {
@@ -10,6 +12,7 @@ namespace quillo {
 inline constexpr QLatin1StringView kClipSavedNotification{"clipSaved"};
 inline constexpr QLatin1StringView kOverlayDidShowNotification{"overlayDidShow"};
 inline constexpr QLatin1StringView kOpenPreferencesNotification{"openPreferences"};
+inline constexpr QLatin1StringView kOpenLibraryNotification{"openLibrary"};
 
 /// Carries notifications without payload between owners that do not know each other. Posting
 /// and observing happen on the main thread; observers run before post returns.
@@ -24,6 +27,7 @@ public:
     /// Calls handler for each posting of that name, as long as context lives.
     template <typename Handler>
     QMetaObject::Connection observe(QLatin1StringView name, QObject* context, Handler handler) {
+        m_observers.insert(name, context);
         return connect(this, &NotificationCenter::posted, context,
                        [name, handler](const QString& postedName) {
                            if (postedName == name) {
@@ -32,8 +36,14 @@ public:
                        });
     }
 
+    /// Whether anybody would hear of a posting of that name.
+    [[nodiscard]] bool isObserved(QLatin1StringView name) const;
+
 Q_SIGNALS:
     void posted(const QString& name);
+
+private:
+    QMultiHash<QLatin1StringView, QPointer<QObject>> m_observers;
 };
 
 }  // namespace quillo

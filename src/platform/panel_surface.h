@@ -4,6 +4,7 @@
 #include <QtGlobal>
 #include <functional>
 
+class QRegion;
 class QWindow;
 
 namespace quillo {
@@ -17,6 +18,10 @@ public:
     /// Before the window is shown. It must have been created (have a window id). userTime is the
     /// display server's time of the key press that brings the window up; 0 when unknown.
     virtual void prepare(QWindow& window, quint32 userTime) = 0;
+
+    /// Asks for what is behind that part of the window to be blurred, where the compositor can; in
+    /// the window's logical coordinates, none for an empty region.
+    virtual void setBlurRegion(QWindow& window, const QRegion& region) = 0;
 
     /// Right after the window was shown: asks for the focus.
     virtual void takeFocus(QWindow& window, quint32 userTime) = 0;

@@ -2,11 +2,14 @@
 // The panel's controller with a store in memory and a fake desktop.
 #include <gtest/gtest.h>
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QKeyEvent>
 #include <QScreen>
 #include <QWindow>
 
+#include "library/groups/chip_row.h"
+#include "model/groups.h"
 #include "overlay/overlay_panel_controller.h"
 #include "platform/images/qt_image_codec.h"
 #include "platform/text/document_reader.h"
@@ -15,6 +18,7 @@
 #include "support/fake_panel_surface.h"
 #include "support/fake_pasteboard.h"
 #include "support/fake_system_appearance.h"
+#include "support/fake_thumbnail_service.h"
 #include "support/fake_workspace.h"
 #include "support/in_memory_store.h"
 #include "support/manual_clock.h"
@@ -39,7 +43,8 @@ protected:
     [[nodiscard]] std::unique_ptr<OverlayPanelController> makeController() {
         return std::make_unique<OverlayPanelController>(OverlayPanelServices{
             m_persistence, m_workspace, m_pasteBack, m_defaults, m_theme, m_colors, m_notifications,
-            m_images, m_surface, m_clock, [this] { ++m_captureRequests; }, [] { return 4711U; }});
+            m_images, m_richText, m_thumbnails, m_surface, m_clock, [this] { ++m_captureRequests; },
+            [] { return 4711U; }});
     }
 
     void store(const QString& text) {
@@ -78,6 +83,7 @@ protected:
     FakeKeyEventPoster m_keys;
     FakeHotKeys m_hotKeys;
     FakePanelSurface m_surface;
+    FakeThumbnailService m_thumbnails;
     PasteBack m_pasteBack{{m_pasteboard, m_workspace, m_keys, m_hotKeys, m_persistence, m_defaults,
                            ContentReaders{m_richText, m_images}, m_clock}};
     int m_captureRequests = 0;
@@ -246,6 +252,80 @@ TEST_F(Controller, ACompositorThatComesOrGoesMakesThePanelAnew) {
     EXPECT_TRUE(controller->isVisible());
     EXPECT_TRUE(controller->panel()->mask().isEmpty());
     EXPECT_TRUE(controller->panel()->testAttribute(Qt::WA_TranslucentBackground));
+}
+
+TEST_F(Controller, ADeletedCardIsOutOfSightAtOnceAndOutOfTheStoreWhenThePanelHides) {
+    for (const QString& text : {u"a"_s, u"b"_s, u"c"_s}) {
+        store(text);
+    }
+    const auto controller = makeController();
+    const auto shown = [&] {
+        QStringList texts;
+        for (const CardContent& card : controller->clips().cards()) {
+            texts.append(card.body);
+        }
+        return texts.join(u' ');
+    };
+    const auto stored = [&] {
+        return m_persistence.viewContext().count(FetchRequest{}).value_or(-1);
+    };
+    controller->show();
+    press(*controller, Qt::Key_Right);
+    press(*controller, Qt::Key_Delete);
+    EXPECT_EQ(shown(), u"c a"_s);
+    EXPECT_EQ(controller->clips().total(), 2);
+    EXPECT_EQ(controller->selectedIndex(), 1);
+    press(*controller, Qt::Key_Delete);
+    EXPECT_EQ(shown(), u"c"_s);
+    EXPECT_EQ(stored(), 3);
+    auto* undo = controller->panel()->findChild<HintsLine*>()->undoButton();
+    ASSERT_TRUE(undo->isVisible());
+    qobject_cast<QAbstractButton*>(undo)->click();
+    EXPECT_EQ(shown(), u"c b a"_s);
+    EXPECT_FALSE(undo->isVisible());
+
+    press(*controller, Qt::Key_End);
+    press(*controller, Qt::Key_Delete);
+    EXPECT_EQ(shown(), u"c b"_s);
+    controller->hide();
+    ASSERT_TRUE(waitUntil([&] { return stored() == 2; }));
+    EXPECT_EQ(shown(), u"c b"_s);
+    EXPECT_EQ(controller->clips().total(), 2);
+}
+
+TEST_F(Controller, AGroupShowsItsOwnOrderAndPinsAndIsLeftWhenItIsDeleted) {
+    for (const QString& text : {u"a"_s, u"b"_s, u"c"_s}) {
+        store(text);
+    }
+    const auto controller = makeController();
+    ObjectContext& context = m_persistence.viewContext();
+    QList<QUuid> ids;
+    for (const auto& clip : controller->clips().clips()) {
+        ids.append(clip->id());
+    }
+    const auto group = createGroup(
+        context, {.title = u"Work"_s, .color = Qt::red, .clips = {ids.at(0), ids.at(2)}});
+    ASSERT_TRUE(group && *group);
+    controller->show();
+    auto* chips = controller->panel()->findChild<ChipRow*>();
+    ASSERT_NE(chips->groupChip((*group)->id()), nullptr);
+    chips->groupChip((*group)->id())->click();
+    const auto shown = [&] {
+        QStringList texts;
+        for (const CardContent& card : controller->clips().cards()) {
+            texts.append(card.isPinned ? u'*' + card.body : card.body);
+        }
+        return texts.join(u' ');
+    };
+    ASSERT_TRUE(waitUntil([&] { return shown() == u"c a"_s; }));
+    press(*controller, Qt::Key_End);
+    QKeyEvent pin(QEvent::KeyPress, Qt::Key_P, Qt::ControlModifier, u"\x10"_s);
+    QCoreApplication::sendEvent(controller->panel()->windowHandle(), &pin);
+    ASSERT_TRUE(waitUntil([&] { return shown().contains(u"*a"_s); })) << qPrintable(shown());
+    EXPECT_FALSE(controller->clips().clips().constLast()->isPinned()) << "the group's pin";
+    ASSERT_TRUE(deleteGroup(**group));
+    ASSERT_TRUE(waitUntil([&] { return shown() == u"c b a"_s; }));
+    EXPECT_EQ(chips->selectedGroup(), std::nullopt);
 }
 
 TEST_F(Controller, ChoosingBeyondTheListDoesNothing) {

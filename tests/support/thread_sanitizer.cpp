@@ -40,7 +40,8 @@ namespace {
 // the two by a mutex of its own.
 class OrderedCall final : public QtPrivate::QSlotObjectBase {
 public:
-    explicit OrderedCall(QtPrivate::QSlotObjectBase* inner) : QSlotObjectBase(run), m_inner(inner) {}
+    explicit OrderedCall(QtPrivate::QSlotObjectBase* inner)
+        : QSlotObjectBase(run), m_inner(inner) {}
 
 private:
     static void run(int which, QSlotObjectBase* base, QObject* receiver, void** arguments, bool*) {

@@ -51,8 +51,9 @@ public:
                        {*m_services.richText, *m_services.images},
                        m_clock}),
           m_controller({m_persistence, *m_services.workspace, m_pasteBack, m_defaults, m_theme,
-                        m_colors, m_notifications, *m_services.images, *m_services.panelSurface,
-                        m_clock, [] {}, [] { return 0U; }}) {
+                        m_colors, m_notifications, *m_services.images, *m_services.richText,
+                        *m_services.thumbnails, *m_services.panelSurface, m_clock, [] {},
+                        [] { return 0U; }}) {
         qApp->installEventFilter(&m_witness);
     }
 

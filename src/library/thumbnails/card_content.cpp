@@ -35,30 +35,67 @@ QString detailOf(const Clip& clip) {
     return host.isEmpty() ? charactersText(clip) : host;
 }
 
+// Cut where it stays whole characters.
+QString bounded(const QString& text) {
+    const bool splitsPair =
+        text.size() > kLongestBody && text.at(kLongestBody - 1).isHighSurrogate();
+    return text.left(splitsPair ? kLongestBody - 1 : kLongestBody);
+}
+
 QString bodyOf(const Clip& clip) {
     if (clip.type() == ClipType::FileUrl) {
         const QUrl url(clip.displayText());
         return url.isLocalFile() ? url.toLocalFile() : clip.displayText();
     }
-    return clip.displayText().left(kLongestBody);
+    return bounded(clip.displayText());
+}
+
+// A link is only known to have an image once that was loaded, so every link may turn out to.
+CardPreview previewOf(const Clip& clip, FilterType filter) {
+    switch (clip.type().value_or(ClipType::Text)) {
+        case ClipType::Image:
+            return CardPreview::Image;
+        case ClipType::FileUrl:
+            return CardPreview::File;
+        case ClipType::Rtf:
+        case ClipType::Html:
+            return CardPreview::RichText;
+        case ClipType::Text:
+            break;
+    }
+    if (clip.detectedColor()) {
+        return CardPreview::Swatch;
+    }
+    return filter == FilterType::Link ? CardPreview::Link : CardPreview::Text;
+}
+
+QString titleOf(const Clip& clip, CardPreview preview) {
+    if (preview == CardPreview::Link) {
+        return bounded(clip.linkTitle().value_or(QString())).simplified();
+    }
+    return preview == CardPreview::File ? clip.fileName().value_or(QString()) : QString();
 }
 
 }  // namespace
 
 CardContent cardContentFor(const Clip& clip, const QString& source) {
     CardContent card;
-    card.swatch =
-        clip.urlString().value_or(QString()).isEmpty() ? clip.detectedColor() : std::nullopt;
     card.clip = clip.id();
     card.kind = clip.type().value_or(ClipType::Text);
     card.filter = filterTypeOf(clip);
     card.kindLabel = kindLabelOf(clip, card.filter);
     card.symbol = icon(card.filter);
+    card.preview = previewOf(clip, card.filter);
+    card.swatch = card.preview == CardPreview::Swatch ? clip.detectedColor() : std::nullopt;
     card.body = bodyOf(clip);
+    card.title = titleOf(clip, card.preview);
+    const QString address = clip.urlString().value_or(QString());
+    card.address = card.preview == CardPreview::File ? address : bounded(address);
     card.createdAt = clip.createdAt();
+    card.sizeText = clip.formattedFileSize().value_or(QString());
     card.detail = card.swatch ? card.body.trimmed() : detailOf(clip);
     card.source = source;
-    card.hasImage = clip.type() == ClipType::Image;
+    card.sourceIdentifier = clip.sourceBundleId().value_or(QString());
     card.isPinned = clip.isPinned();
     return card;
 }

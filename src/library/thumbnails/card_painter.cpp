@@ -1,69 +1,125 @@
 // SPDX-License-Identifier: MIT
 #include "library/thumbnails/card_painter.h"
 
-#include <QFontDatabase>
-#include <QTextLayout>
+#include <QHash>
+#include <algorithm>
 
-#include "appearance/fonts.h"
 #include "appearance/symbols.h"
+#include "library/thumbnails/card_body_painter.h"
+#include "library/thumbnails/card_metrics.h"
+#include "library/thumbnails/card_texts.h"
+#include "library/thumbnails/source_tile.h"
+
+using namespace Qt::StringLiterals;
 
 namespace quillo {
 namespace {
 
-constexpr int kCornerRadius = 12;
-constexpr int kMargin = 12;
-constexpr int kHeaderHeight = 36;
-constexpr int kFooterHeight = 36;
-constexpr int kTileSide = 18;
-constexpr int kBadgeSide = 18;
+using Metrics = CardMetrics;
 
-// The part of a picture that fills an area without distortion, in the picture's own pixels.
-QRectF coveringSource(const QSizeF& picture, const QSizeF& area) {
-    const QSizeF part = area.scaled(picture, Qt::KeepAspectRatio);
-    return QRectF((picture.width() - part.width()) / 2, (picture.height() - part.height()) / 2,
-                  part.width(), part.height());
+constexpr int kBadgeSide = 18;
+constexpr int kSourceIconSide = 18;
+constexpr int kPinSide = 12;
+
+QColor opaque(QColor color) {
+    color.setAlpha(255);
+    return color;
 }
 
-// Lines that fit, the last of them elided.
-QStringList fittingLines(const QString& text, const QFont& font, const QSize& area) {
-    const QFontMetrics metrics(font);
-    const int most = area.height() / metrics.lineSpacing();
-    QStringList lines;
-    for (const QStringView paragraph : QStringTokenizer{text, u'\n'}) {
-        const QString content = paragraph.toString().replace(u'\t', QStringLiteral("    "));
-        QTextLayout layout(content, font);
-        layout.beginLayout();
-        while (true) {
-            QTextLine line = layout.createLine();
-            if (!line.isValid()) {
-                break;
-            }
-            line.setLineWidth(area.width());
-            if (lines.size() + 1 >= most) {
-                lines.append(metrics.elidedText(content.sliced(line.textStart()), Qt::ElideRight,
-                                                area.width()));
-                return lines;
-            }
-            lines.append(content.sliced(line.textStart(), line.textLength()));
-        }
-        layout.endLayout();
-        if (content.isEmpty() && lines.size() + 1 < most) {
-            lines.append(QString());
-        }
+QRect headerArea(const QRect& card) {
+    return {card.left() + Metrics::kMargin, card.top() - 1, card.width() - 2 * Metrics::kMargin,
+            Metrics::kHeaderHeight};
+}
+
+QRect footerArea(const QRect& card) {
+    return {card.left() + Metrics::kMargin, card.bottom() + 1 - Metrics::kFooterHeight + 1,
+            card.width() - 2 * Metrics::kMargin, Metrics::kFooterHeight};
+}
+
+QRect squareIn(const QRect& row, int left, int side) {
+    return {left, row.top() + (row.height() - side) / 2, side, side};
+}
+
+// "1920x1080 · 842 KB", "docs.example.org", ...
+QString footerDetail(const CardFace& face) {
+    const QSize size = face.state.picture.imageSize;
+    QStringList parts;
+    if (!size.isEmpty()) {
+        parts.append(u"%1x%2"_s.arg(size.width()).arg(size.height()));
     }
-    return lines;
+    // A file's stands beneath its name.
+    if (!face.card.detail.isEmpty() && face.card.preview != CardPreview::File) {
+        parts.append(face.card.detail);
+    }
+    return parts.join(u" · "_s);
 }
 
 }  // namespace
 
-CardPainter::CardPainter(const PanelLook& look, const QFont& font)
-    : m_look(look),
-      m_bodyFont(sizedFont(font, 13, QFont::Normal)),
-      m_labelFont(sizedFont(font, 12, QFont::DemiBold)),
-      m_smallFont(sizedFont(font, 11, QFont::Normal)) {}
+class CardPainter::Private final {
+public:
+    Private(PanelLook panelLook, const QFont& font, int imageBadgePx)
+        : look(std::move(panelLook)), texts(font, imageBadgePx) {}
+
+    const CardLook& lookOf(const CardContent& card);
+    [[nodiscard]] Ground groundOf(const CardLook& cardLook) const;
+    void paintGround(QPainter& painter, const CardFace& face) const;
+    void paintHeader(QPainter& painter, const CardFace& face);
+    int paintHeaderEnd(QPainter& painter, const CardFace& face);
+    void paintButton(QPainter& painter, const CardFace& face, CardButton button) const;
+    void paintFooter(QPainter& painter, const CardFace& face);
+    int paintSource(QPainter& painter, const CardFace& face, int end);
+    void paintSourceIcon(QPainter& painter, const CardFace& face, const QRect& place);
+    void paintBadge(QPainter& painter, const CardFace& face);
+    void paintBorder(QPainter& painter, const CardFace& face) const;
+
+    PanelLook look;
+    QHash<int, CardLook> looks;  ///< By kind and filter.
+    CardTexts texts;
+};
+
+CardPainter::CardPainter(const PanelLook& look, const QFont& font, int imageBadgePx)
+    : d(std::make_unique<Private>(look, font, imageBadgePx)) {}
+
+CardPainter::~CardPainter() = default;
+
+void CardPainter::setLook(const PanelLook& look) {
+    d->look = look;
+    d->looks.clear();
+    d->texts.forgetBlocks();
+}
+
+void CardPainter::setFont(const QFont& font) {
+    d->texts.setFont(font);
+}
+
+void CardPainter::setImageBadgePx(int pixels) {
+    d->texts.setImageBadgePx(pixels);
+}
+
+void CardPainter::forgetTexts() {
+    d->texts.forget();
+}
 
 QRect CardPainter::bodyArea(const QRect& card) {
-    return card.adjusted(0, kHeaderHeight, 0, -kFooterHeight);
+    return Metrics::bodyArea(card);
+}
+
+QRect CardPainter::deleteButtonArea(const QRect& card) {
+    return {card.right() + 1 - 8 - Metrics::kButtonSide, card.top() + 5, Metrics::kButtonSide,
+            Metrics::kButtonSide};
+}
+
+QRect CardPainter::groupButtonArea(const QRect& card) {
+    return deleteButtonArea(card).translated(-Metrics::kButtonSide - 2, 0);
+}
+
+CardButton CardPainter::buttonAt(const QRect& card, const CardState& state, QPoint point) {
+    if (state.showsDelete && deleteButtonArea(card).contains(point)) {
+        return CardButton::Delete;
+    }
+    return state.showsGroup && groupButtonArea(card).contains(point) ? CardButton::Group
+                                                                     : CardButton::None;
 }
 
 void CardPainter::paint(QPainter& painter, const QRect& area, const CardContent& card,
@@ -71,127 +127,177 @@ void CardPainter::paint(QPainter& painter, const QRect& area, const CardContent&
     painter.save();
     painter.setClipRect(area, Qt::IntersectClip);
     painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-    const CardFace face{card, state, m_look.card(card.kind, card.filter)};
-    paintGround(painter, area, face.look.ground);
-    paintBody(painter, area, face);
-    paintHeader(painter, area, face);
-    paintFooter(painter, area, face);
-    painter.setPen(QPen(face.look.border, 1));
-    painter.setBrush(Qt::NoBrush);
-    painter.drawRoundedRect(QRectF(area).adjusted(0.5, 0.5, -0.5, -0.5), kCornerRadius,
-                            kCornerRadius);
+    const CardLook& cardLook = d->lookOf(card);
+    const CardFace face{area, card, state, cardLook, d->groundOf(cardLook)};
+    d->paintGround(painter, face);
+    CardBodyPainter(painter, d->texts).paint(face);
+    d->paintHeader(painter, face);
+    d->paintFooter(painter, face);
+    d->paintBorder(painter, face);
     painter.restore();
 }
 
-void CardPainter::paintGround(QPainter& painter, const QRect& area, const QColor& ground) const {
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(ground);
-    painter.drawRoundedRect(area, kCornerRadius, kCornerRadius);
-}
-
-void CardPainter::paintHeader(QPainter& painter, const QRect& area, const CardFace& face) const {
-    const auto& [card, state, look] = face;
-    const QRect header(area.left() + kMargin, area.top(), area.width() - 2 * kMargin,
-                       kHeaderHeight);
-    const QRect tile(header.left(), header.top() + 8, kTileSide, kTileSide);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(look.tile);
-    painter.drawRoundedRect(tile, 4, 4);
-    painter.drawPixmap(
-        tile.topLeft() + QPoint(3, 3),
-        symbolPixmap(card.symbol, 12, look.tileSymbol, painter.device()->devicePixelRatio()));
-    painter.setFont(m_smallFont);
-    painter.setPen(look.secondaryText);
-    const QRect line = header.adjusted(kTileSide + 7, -1, 0, -1);
-    painter.drawText(line, Qt::AlignRight | Qt::AlignVCenter, state.age);
-    const int ageWidth = QFontMetrics(m_smallFont).horizontalAdvance(state.age);
-    painter.setFont(m_labelFont);
-    painter.setPen(look.primaryText);
-    painter.drawText(line, Qt::AlignLeft | Qt::AlignVCenter,
-                     QFontMetrics(m_labelFont)
-                         .elidedText(card.kindLabel, Qt::ElideRight, line.width() - ageWidth - 8));
-}
-
-void CardPainter::paintBody(QPainter& painter, const QRect& area, const CardFace& face) const {
-    const auto& [card, state, look] = face;
-    const QRect body = bodyArea(area);
-    if (card.swatch) {
-        paintSwatch(painter, body, face);
-    } else if (card.hasImage && !state.thumbnail.isNull()) {
-        paintImage(painter, body, state);
-    } else if (card.hasImage) {
-        const QPixmap symbol =
-            symbolPixmap(card.symbol, 40, look.secondaryText, painter.device()->devicePixelRatio());
-        painter.drawPixmap(body.center() - QPoint(20, 20), symbol);
-    } else {
-        paintText(painter, body.adjusted(14, 0, -14, -4), face);
+const CardLook& CardPainter::Private::lookOf(const CardContent& card) {
+    const int key = int(card.kind) << 8 | int(card.filter);
+    auto found = looks.find(key);
+    if (found == looks.end()) {
+        found = looks.insert(key, look.card(card.kind, card.filter));
     }
+    return *found;
 }
 
-void CardPainter::paintSwatch(QPainter& painter, const QRect& body, const CardFace& face) const {
-    const auto& [card, state, look] = face;
-    const QRect swatch = body.adjusted(kMargin, 0, -kMargin, -44);
-    painter.setPen(QPen(look.border, 1));
-    painter.setBrush(*card.swatch);
-    painter.drawRoundedRect(swatch, 10, 10);
-    QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    fixed.setPixelSize(13);
-    painter.setFont(fixed);
-    painter.setPen(look.primaryText);
-    painter.drawText(QRect(body.left() + 14, swatch.bottom() + 8, body.width() - 28, 24),
-                     Qt::AlignLeft | Qt::AlignVCenter, card.body.trimmed());
+Ground CardPainter::Private::groundOf(const CardLook& cardLook) const {
+    const QColor& panel = look.palette().panelBackground;
+    return layered({opaque(panel), panel.alphaF()}, opaque(cardLook.ground),
+                   cardLook.ground.alphaF());
 }
 
-void CardPainter::paintImage(QPainter& painter, const QRect& body, const CardState& state) const {
-    const QSizeF picture = state.thumbnail.size();
-    const QRectF source = coveringSource(picture, body.size());
-    painter.drawPixmap(QRectF(body), state.thumbnail, source);
+void CardPainter::Private::paintGround(QPainter& painter, const CardFace& face) const {
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(face.look.ground);
+    painter.drawRoundedRect(face.area, Metrics::kCornerRadius, Metrics::kCornerRadius);
 }
 
-void CardPainter::paintText(QPainter& painter, const QRect& body, const CardFace& face) const {
-    painter.setFont(m_bodyFont);
+void CardPainter::Private::paintHeader(QPainter& painter, const CardFace& face) {
+    constexpr int kSymbolSide = 12;
+    const QRect header = headerArea(face.area);
+    const QRect tile = squareIn(header, header.left(), Metrics::kTileSide);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(face.look.tile);
+    painter.drawRoundedRect(tile, 4.5, 4.5);
+    drawSnapped(painter, QRectF(tile).adjusted(3, 3, -3, -3),
+                symbolPixmap(face.card.symbol, kSymbolSide, face.look.tileSymbol,
+                             painter.device()->devicePixelRatio()));
+    const int end = paintHeaderEnd(painter, face);
     painter.setPen(face.look.primaryText);
-    const QFontMetrics metrics(m_bodyFont);
-    int baseline = body.top() + metrics.ascent() + 1;
-    for (const QString& line : fittingLines(face.card.body, m_bodyFont, body.size())) {
-        painter.drawText(body.left(), baseline, line);
-        baseline += metrics.lineSpacing();
-    }
+    const int left = tile.right() + 1 + 7;
+    texts.drawLine(painter, QRect(left, header.top(), end - 8 - left, header.height()),
+                   CardFont::Label, face.card.kindLabel);
 }
 
-void CardPainter::paintFooter(QPainter& painter, const QRect& area, const CardFace& face) const {
-    const auto& [card, state, look] = face;
-    const QRect footer(area.left() + kMargin, area.bottom() + 1 - kFooterHeight,
-                       area.width() - 2 * kMargin, kFooterHeight);
-    const QRect line = footer.adjusted(0, 4, -kBadgeSide - 8, 0);
-    QString text = card.source;
-    for (const QString& part :
-         {state.imageSize.isEmpty()
-              ? QString()
-              : QStringLiteral("%1x%2").arg(state.imageSize.width()).arg(state.imageSize.height()),
-          card.detail}) {
-        if (!part.isEmpty()) {
-            text += text.isEmpty() ? part : QStringLiteral("  · ") + part;
+// Buttons, or age and pin; gives where they begin.
+int CardPainter::Private::paintHeaderEnd(QPainter& painter, const CardFace& face) {
+    if (face.state.showsDelete || face.state.showsGroup) {
+        int begin = headerArea(face.area).right();
+        if (face.state.showsDelete) {
+            paintButton(painter, face, CardButton::Delete);
+            begin = deleteButtonArea(face.area).left();
         }
+        if (face.state.showsGroup) {
+            paintButton(painter, face, CardButton::Group);
+            begin = groupButtonArea(face.area).left();
+        }
+        return begin;
     }
-    painter.setFont(m_smallFont);
-    painter.setPen(look.secondaryText);
-    painter.drawText(line, Qt::AlignLeft | Qt::AlignVCenter,
-                     QFontMetrics(m_smallFont).elidedText(text, Qt::ElideMiddle, line.width()));
-    paintBadge(painter, footer, face);
+    QRect age = headerArea(face.area);
+    if (face.card.isPinned) {
+        const QRect pin = squareIn(age, age.right() + 1 - kPinSide, kPinSide);
+        drawSnapped(painter, pin,
+                    symbolPixmap(u"pin.fill"_s, kPinSide, face.look.secondaryText,
+                                 painter.device()->devicePixelRatio()));
+        age.setRight(pin.left() - 8);
+    }
+    painter.setPen(face.look.secondaryText);
+    return age.right() + 1 -
+           texts.drawLine(painter, age, CardFont::Age, face.state.age, Qt::AlignRight);
 }
 
-void CardPainter::paintBadge(QPainter& painter, const QRect& footer, const CardFace& face) const {
+void CardPainter::Private::paintButton(QPainter& painter, const CardFace& face,
+                                       CardButton button) const {
+    constexpr int kSymbolSide = 16;
+    const bool isDelete = button == CardButton::Delete;
+    const QRect area = isDelete ? deleteButtonArea(face.area) : groupButtonArea(face.area);
+    const bool isHovered = face.state.hoveredButton == button;
+    if (isHovered) {
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(face.look.badge);
+        painter.drawRoundedRect(area, 6, 6);
+    }
+    drawSnapped(painter, QRectF(area).adjusted(4, 4, -4, -4),
+                symbolPixmap(isDelete ? u"trash"_s : u"folder.badge.plus"_s, kSymbolSide,
+                             isHovered ? face.look.primaryText : face.look.secondaryText,
+                             painter.device()->devicePixelRatio()));
+}
+
+void CardPainter::Private::paintFooter(QPainter& painter, const CardFace& face) {
+    constexpr int kGap = 12;
+    const QRect footer = footerArea(face.area);
+    const int end = footer.right() + 1 - (face.state.index >= 0 ? kBadgeSide + 8 : 0);
+    QString detail = footerDetail(face);
+    int left = footer.left();
+    if (!face.card.source.isEmpty()) {
+        detail = detail.isEmpty() ? QString() : u"· "_s + detail;
+        // A long name leaves at least half of the footer to the detail.
+        const int spare = end - kGap - texts.width(CardFont::Small, detail);
+        left = paintSource(painter, face, std::max(spare, footer.left() + footer.width() / 2));
+        left += kGap;
+    }
+    painter.setPen(face.look.secondaryText);
+    texts.drawLine(painter, QRect(left, footer.top(), end - left, footer.height()), CardFont::Small,
+                   detail);
+    paintBadge(painter, face);
+}
+
+// Gives where the source ends.
+int CardPainter::Private::paintSource(QPainter& painter, const CardFace& face, int end) {
+    const QRect footer = footerArea(face.area);
+    const QRect icon = squareIn(footer, footer.left(), kSourceIconSide);
+    paintSourceIcon(painter, face, icon);
+    const int left = icon.right() + 1 + 6;
+    painter.setPen(face.look.secondaryText);
+    return left + texts.drawLine(painter, QRect(left, footer.top(), end - left, footer.height()),
+                                 CardFont::Small, face.card.source);
+}
+
+void CardPainter::Private::paintSourceIcon(QPainter& painter, const CardFace& face,
+                                           const QRect& place) {
+    if (!face.state.picture.sourceIcon.isNull()) {
+        drawSnapped(painter, place, face.state.picture.sourceIcon);
+        return;
+    }
+    const QString& identifier = face.card.sourceIdentifier;
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(tileColor(identifier.isEmpty() ? face.card.source : identifier));
+    painter.drawRoundedRect(place, 4, 4);
+    painter.setPen(Qt::white);
+    texts.drawLine(painter, place, CardFont::Letter, tileLetter(face.card.source),
+                   Qt::AlignHCenter);
+}
+
+void CardPainter::Private::paintBadge(QPainter& painter, const CardFace& face) {
     if (face.state.index < 0) {
         return;
     }
-    const QRect badge(footer.right() + 1 - kBadgeSide, footer.top() + 11, kBadgeSide, kBadgeSide);
-    painter.setFont(m_smallFont);
+    const QRect footer = footerArea(face.area);
+    const QRect badge = squareIn(footer, footer.right() + 1 - kBadgeSide, kBadgeSide);
     painter.setPen(Qt::NoPen);
     painter.setBrush(face.look.badge);
     painter.drawRoundedRect(badge, 5, 5);
     painter.setPen(face.look.badgeText);
-    painter.drawText(badge, Qt::AlignCenter, QString::number(face.state.index + 1));
+    texts.drawLine(painter, badge, CardFont::Digit, QString::number(face.state.index + 1),
+                   Qt::AlignHCenter);
+}
+
+void CardPainter::Private::paintBorder(QPainter& painter, const CardFace& face) const {
+    qreal width = 1;
+    QColor color = face.look.border;
+    if (face.state.isDropTarget) {
+        width = 2;
+        color = look.palette().accent;
+    } else if (face.state.isHovered) {
+        color = face.look.secondaryText;
+        color.setAlphaF(0.45F);
+    }
+    painter.setPen(QPen(color, width));
+    painter.setBrush(Qt::NoBrush);
+    const qreal inset = width / 2;
+    const qreal radius = Metrics::kCornerRadius - inset;
+    painter.drawRoundedRect(QRectF(face.area).adjusted(inset, inset, -inset, -inset), radius,
+                            radius);
+}
+
+int imageBadgePx(const std::optional<QString>& setting) {
+    return setting == u"small"_s ? 8 : setting == u"large"_s ? 12 : 10;
 }
 
 }  // namespace quillo

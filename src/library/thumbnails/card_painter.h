@@ -3,35 +3,47 @@
 
 #include <QFont>
 #include <QPainter>
-#include <QPixmap>
 #include <QRect>
 #include <QString>
+#include <memory>
+#include <optional>
 
 #include "appearance/panel_look.h"
 #include "library/thumbnails/card_content.h"
+#include "library/thumbnails/card_picture.h"
 
 namespace quillo {
+
+enum class CardButton : quint8 { None, Delete, Group };
 
 /// What varies from one painting of a card to the next.
 struct CardState {
     int index = -1;  ///< The digit on its badge less one; none when negative.
     QString age;
-    QPixmap thumbnail;  ///< Null while it is being decoded.
-    QSize imageSize;    ///< Of the picture itself; empty while unknown.
+    CardPicture picture;
+    bool isHovered = false;
+    bool showsDelete = false;  ///< The button stands in the header, in place of age and pin.
+    bool showsGroup = false;
+    CardButton hoveredButton = CardButton::None;
+    bool isDropTarget = false;
 };
 
-/// One card with everything that its painting needs.
-struct CardFace {
-    const CardContent& card;
-    const CardState& state;
-    CardLook look;
-};
-
-/// Draws cards of 280 × 240 logical pixels. Holds no card; cheap to make. Main thread.
+/// Draws cards of 280 × 240 logical pixels, sharp at every scale. Keeps the texts that it laid out,
+/// so a window keeps its painter too; a repainted card then costs a fraction of its first painting.
+/// Main thread.
 class CardPainter final {
 public:
-    /// look must outlive the painter.
-    CardPainter(const PanelLook& look, const QFont& font);
+    /// imageBadgePx is the font size of an image's badges.
+    CardPainter(const PanelLook& look, const QFont& font, int imageBadgePx = 10);
+    ~CardPainter();
+    CardPainter(const CardPainter&) = delete;
+    CardPainter& operator=(const CardPainter&) = delete;
+
+    void setLook(const PanelLook& look);
+    void setFont(const QFont& font);
+    void setImageBadgePx(int pixels);
+    /// Drops the texts that are kept, as when clips were deleted.
+    void forgetTexts();
 
     /// Draws one card into area, in the painter's logical coordinates.
     void paint(QPainter& painter, const QRect& area, const CardContent& card,
@@ -40,20 +52,19 @@ public:
     /// The part of a card that shows its picture or text.
     [[nodiscard]] static QRect bodyArea(const QRect& card);
 
-private:
-    void paintGround(QPainter& painter, const QRect& area, const QColor& ground) const;
-    void paintHeader(QPainter& painter, const QRect& area, const CardFace& face) const;
-    void paintBody(QPainter& painter, const QRect& area, const CardFace& face) const;
-    void paintSwatch(QPainter& painter, const QRect& body, const CardFace& face) const;
-    void paintImage(QPainter& painter, const QRect& body, const CardState& state) const;
-    void paintText(QPainter& painter, const QRect& body, const CardFace& face) const;
-    void paintFooter(QPainter& painter, const QRect& area, const CardFace& face) const;
-    void paintBadge(QPainter& painter, const QRect& footer, const CardFace& face) const;
+    // Where the buttons of the header are hit, 24 × 24 each.
+    [[nodiscard]] static QRect deleteButtonArea(const QRect& card);
+    [[nodiscard]] static QRect groupButtonArea(const QRect& card);
+    /// The button of a card at a point, among those that its state shows.
+    [[nodiscard]] static CardButton buttonAt(const QRect& card, const CardState& state,
+                                             QPoint point);
 
-    const PanelLook& m_look;
-    QFont m_bodyFont;
-    QFont m_labelFont;
-    QFont m_smallFont;
+private:
+    class Private;
+    std::unique_ptr<Private> d;
 };
+
+/// The font size of an image's badges, in pixels, by the setting "imageBadgeSize".
+[[nodiscard]] int imageBadgePx(const std::optional<QString>& setting);
 
 }  // namespace quillo

@@ -34,6 +34,23 @@ void ObjectStore::perform(std::move_only_function<void(ObjectContext&)> work) {
     });
 }
 
+Result<void> ObjectStore::read(const std::function<void(ObjectContext&)>& work) {
+    QByteArray address;
+    {
+        const std::lock_guard lock(m_contextsMutex);
+        address = m_connections.address;
+    }
+    auto reader = openReader(address);
+    if (!reader) {
+        return std::unexpected(reader.error());
+    }
+    using Private = ObjectContext::Private;
+    ObjectContext context(
+        std::make_unique<Private>(*this, Private::Role::Background, reader->get()));
+    work(context);
+    return {};
+}
+
 void ObjectStore::runInContext(SqliteDatabase& database,
                                const std::function<void(ObjectContext&)>& work) {
     using Private = ObjectContext::Private;
@@ -107,7 +124,10 @@ Result<void> ObjectStore::exchange(StoreConnections next, const Carry& carry) {
     if (!carried) {
         return carried;
     }
-    std::swap(m_connections, next);
+    {
+        const std::lock_guard lock(m_contextsMutex);
+        std::swap(m_connections, next);
+    }
     lookForUnclearedPages();
     ChangeSet everything;
     everything.everything = true;

@@ -28,7 +28,11 @@ public:
 
     /// Runs work with a fresh background context on the store's own thread. Any thread.
     void perform(std::move_only_function<void(ObjectContext&)> work);
-    /// The same without a context.
+    /// Runs work at once on the calling thread with a context that only reads, on a connection of
+    /// its own: it waits for no other work. Not run where the store cannot be opened again. Any
+    /// thread but the main thread.
+    [[nodiscard]] Result<void> read(const std::function<void(ObjectContext&)>& work);
+    /// The same as perform() without a context.
     void post(StoreQueue::Job job) { m_queue->post(std::move(job)); }
     void waitUntilIdle() { m_queue->waitUntilIdle(); }
 

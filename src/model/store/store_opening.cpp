@@ -108,7 +108,7 @@ Result<void> beginWork(SqliteDatabase& database, const QByteArray& synchronous) 
 }
 
 Result<StoreConnections> openAt(const QByteArray& address, qint64 maxPages) {
-    StoreConnections connections;
+    StoreConnections connections{.writer = {}, .view = {}, .address = address};
     auto writer = connect(address, maxPages);
     if (!writer) {
         return std::unexpected(writer.error());
@@ -142,6 +142,18 @@ Result<StoreConnections> openStore(const StoreLocation& location) {
         return std::unexpected(prepared.error());
     }
     return openAt(QFile::encodeName(location.file), location.maxPages);
+}
+
+Result<std::unique_ptr<SqliteDatabase>> openReader(const QByteArray& address) {
+    auto database = connect(address, 0);
+    if (!database) {
+        return database;
+    }
+    (*database)->setBusyTimeout(kWorkingTimeout);
+    if (auto done = (*database)->execute("PRAGMA query_only = ON"); !done) {
+        return std::unexpected(done.error());
+    }
+    return database;
 }
 
 LoadedStore loadStore(const StoreLocation& location, Timestamp now, ErrorKind* lastLogged) {

@@ -21,12 +21,16 @@ struct StoreLocation {
 struct StoreConnections {
     std::unique_ptr<SqliteDatabase> writer;
     std::unique_ptr<SqliteDatabase> view;
+    QByteArray address;  ///< What openReader() takes.
 };
 
 /// Opens or creates the store, brings its schema up to date and checks it; a few milliseconds at
 /// any size. Malformed for a file that is no usable store; that file and a newer one are left as
 /// they are.
 [[nodiscard]] Result<StoreConnections> openStore(const StoreLocation& location);
+
+/// A further connection to an open store that cannot write, for a short stay on any thread.
+[[nodiscard]] Result<std::unique_ptr<SqliteDatabase>> openReader(const QByteArray& address);
 
 struct LoadedStore {
     Result<StoreConnections> connections;

@@ -6,10 +6,9 @@
 #include <QDBusPendingReply>
 #include <QDBusServiceWatcher>
 #include <QDBusVariant>
-#include <QFileInfo>
-#include <QStandardPaths>
 
 #include "base/logging.h"
+#include "platform/freedesktop/session_bus.h"
 
 namespace quillo {
 
@@ -25,17 +24,6 @@ const QString kPath = u"/org/freedesktop/portal/desktop"_s;
 const QString kInterface = u"org.freedesktop.portal.Settings"_s;
 const QString kNamespace = u"org.freedesktop.appearance"_s;
 const QString kKey = u"color-scheme"_s;
-
-// Without an address the bus library would start a bus of its own.
-QString sessionBusAddress() {
-    QString stated = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
-    if (!stated.isEmpty()) {
-        return stated;
-    }
-    const QString socket =
-        QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation) + u"/bus"_s;
-    return QFileInfo::exists(socket) ? u"unix:path="_s + socket : QString();
-}
 
 // "Read" wraps the value in one variant more than "ReadOne".
 QVariant unwrapped(QVariant value) {

@@ -3,13 +3,24 @@
 
 #include <xcb/xfixes.h>
 
+#include <qpa/qwindowsysteminterface.h>
+
+#include <QGuiApplication>
+#include <QPointer>
+#include <QRegion>
+#include <QTimer>
 #include <QWindow>
+#include <chrono>
+#include <cmath>
 
 namespace quillo::x11 {
 namespace {
 
 constexpr quint32 kAllDesktops = 0xffffffff;
 constexpr quint32 kSourceIsPager = 2;
+// When it is seen to that the toolkit knows of the focus, counted from the request.
+constexpr std::chrono::milliseconds kFocusChecks[] = {std::chrono::milliseconds(60),
+                                                      std::chrono::milliseconds(250)};
 
 }  // namespace
 
@@ -86,6 +97,27 @@ void X11PanelSurface::prepare(QWindow& window, quint32 userTime) {
     waitForServer(c);
 }
 
+// The property that compositors of several desktops read: x, y, width and height of each rectangle
+// in the server's pixels. One without rectangles would mean the whole window.
+void X11PanelSurface::setBlurRegion(QWindow& window, const QRegion& region) {
+    xcb_connection_t* const c = m_connection.get();
+    const auto id = xcb_window_t(window.winId());
+    const xcb_atom_t property = m_atoms.atom("_KDE_NET_WM_BLUR_BEHIND_REGION");
+    if (region.isEmpty()) {
+        xcb_delete_property(c, id, property);
+        return;
+    }
+    const double ratio = window.devicePixelRatio();
+    QList<quint32> numbers;
+    for (const QRect& part : region) {
+        for (const int number : {part.x(), part.y(), part.width(), part.height()}) {
+            numbers.append(quint32(std::lround(number * ratio)));
+        }
+    }
+    xcb_change_property(c, XCB_PROP_MODE_REPLACE, id, property, XCB_ATOM_CARDINAL, 32,
+                        uint32_t(numbers.size()), numbers.constData());
+}
+
 void X11PanelSurface::takeFocus(QWindow& window, quint32 userTime) {
     xcb_connection_t* const c = m_connection.get();
     xcb_client_message_event_t message = {};
@@ -99,6 +131,30 @@ void X11PanelSurface::takeFocus(QWindow& window, quint32 userTime) {
                    XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
                    reinterpret_cast<const char*>(&message));
     xcb_flush(c);
+    tellToolkitOfFocus(&window, 0);
+}
+
+// Events of a focus that goes and comes within the hold of a grabbed key can reach Qt in an order
+// that leaves it without a focus window for good, while the keys do come.
+void X11PanelSurface::tellToolkitOfFocus(QWindow* window, int attempt) {
+    const QPointer<QWindow> guarded(window);
+    QTimer::singleShot(kFocusChecks[attempt], m_notifier.get(), [this, guarded, attempt] {
+        if (!guarded || !guarded->isVisible() || QGuiApplication::focusWindow() != nullptr) {
+            return;
+        }
+        if (hasFocus(*guarded)) {
+            QWindowSystemInterface::handleWindowActivated(guarded, Qt::ActiveWindowFocusReason);
+        } else if (attempt + 1 < int(std::size(kFocusChecks))) {
+            tellToolkitOfFocus(guarded, attempt + 1);
+        }
+    });
+}
+
+bool X11PanelSurface::hasFocus(const QWindow& window) {
+    xcb_connection_t* const c = m_connection.get();
+    const XcbPtr<xcb_get_input_focus_reply_t> focus(
+        xcb_get_input_focus_reply(c, xcb_get_input_focus(c), nullptr));
+    return focus && focus->focus == xcb_window_t(window.winId());
 }
 
 void X11PanelSurface::release(QWindow& /*window*/) {}

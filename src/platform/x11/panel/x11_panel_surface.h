@@ -19,6 +19,7 @@ public:
     ~X11PanelSurface() override;
 
     void prepare(QWindow& window, quint32 userTime) override;
+    void setBlurRegion(QWindow& window, const QRegion& region) override;
     void takeFocus(QWindow& window, quint32 userTime) override;
     void release(QWindow& window) override;
     [[nodiscard]] bool isCompositing() const override { return m_isCompositing; }
@@ -29,6 +30,8 @@ private:
     void watchCompositor();
     void readEvents();
     [[nodiscard]] bool compositorRuns();
+    void tellToolkitOfFocus(QWindow* window, int attempt);
+    [[nodiscard]] bool hasFocus(const QWindow& window);
 
     Connection m_connection;
     AtomTable m_atoms;

@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QUuid>
+#include <optional>
+
+class QMimeData;
+
+namespace quillo {
+
+/// Under which a dragged card names its clip: the UUID as UTF-8 text.
+inline const QString kClipIdMimeType = QStringLiteral("com.quillohq.clip-id");
+
+/// Adds the clip's name to what a card's drag carries.
+void setClipOfDrag(QMimeData& data, const QUuid& clip);
+
+/// None when no clip is named.
+[[nodiscard]] std::optional<QUuid> clipOfDrag(const QMimeData& data);
+
+}  // namespace quillo

@@ -1,0 +1,128 @@
+// SPDX-License-Identifier: MIT
+#include "library/groups/form_controls.h"
+
+#include <QPainter>
+
+#include "appearance/contrast.h"
+#include "appearance/fonts.h"
+#include "appearance/symbols.h"
+
+namespace quillo {
+namespace {
+
+constexpr qreal kFieldRadius = 7;
+constexpr qreal kButtonRadius = 6;
+constexpr int kButtonHeight = 26;
+constexpr int kButtonPadding = 12;
+constexpr int kSymbol = 14;
+constexpr int kAfterSymbol = 7;
+constexpr int kBareHeight = 22;
+
+}  // namespace
+
+void paintFocusRing(QPainter& painter, const QRectF& around, qreal radius, const QColor& color) {
+    painter.setPen(QPen(color, 2));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(around.adjusted(1, 1, -1, -1), radius, radius);
+}
+
+FormField::FormField(QWidget* parent) : QLineEdit(parent) {
+    setFrame(false);
+    setFont(sizedFont(font(), 13, QFont::Normal));
+    setFixedHeight(kHeight);
+    setTextMargins(8, 0, 8, 0);
+}
+
+void FormField::setLook(const PopupLook& look) {
+    m_look = look;
+    applyLook(*this, look);
+    QPalette roles = palette();
+    roles.setColor(QPalette::Base, Qt::transparent);
+    setPalette(roles);
+}
+
+void FormField::paintEvent(QPaintEvent* event) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(m_look.fieldBorder, 1));
+    painter.setBrush(m_look.field);
+    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), kFieldRadius,
+                            kFieldRadius);
+    if (hasFocus()) {
+        paintFocusRing(painter, rect(), kFieldRadius, m_look.ring);
+    }
+    painter.end();
+    QLineEdit::paintEvent(event);
+}
+
+PushButton::PushButton(Style style, const QString& text, QWidget* parent)
+    : PanelButton(QAccessible::PushButton, parent), m_style(style) {
+    setText(text);
+    setAccessibleName(text);
+    setFont(sizedFont(font(), 13, style == Style::Bare ? QFont::Normal : QFont::Medium));
+    setFocusPolicy(Qt::TabFocus);
+    setAttribute(Qt::WA_Hover);
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+}
+
+void PushButton::setSymbol(const QString& name) {
+    m_symbol = name;
+    updateGeometry();
+}
+
+void PushButton::setLook(const PopupLook& look) {
+    m_look = look;
+    update();
+}
+
+QSize PushButton::sizeHint() const {
+    const int textWidth = fontMetrics().horizontalAdvance(QAbstractButton::text());
+    return m_style == Style::Bare ? QSize(kSymbol + kAfterSymbol + textWidth + 4, kBareHeight)
+                                  : QSize(textWidth + 2 * kButtonPadding, kButtonHeight);
+}
+
+QColor PushButton::ground() const {
+    const QColor base = m_style == Style::Default ? m_look.accent : m_look.field;
+    const QColor towards = m_style == Style::Default ? QColor(Qt::black) : m_look.primaryText;
+    const double share = isDown() ? 0.16 : underMouse() ? 0.08 : 0.0;
+    return mixed(base, towards, share);
+}
+
+QColor PushButton::ink() const {
+    switch (m_style) {
+        case Style::Default:
+            return readableText(m_look.onAccent, {ground()});
+        case Style::Plain:
+            return readableText(m_look.primaryText, {ground()});
+        case Style::Bare:
+            break;
+    }
+    return underMouse() || isChecked() ? m_look.primaryText : m_look.secondaryText;
+}
+
+void PushButton::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    QRect line = rect();
+    if (m_style == Style::Bare) {
+        const QRect symbol(0, (height() - kSymbol) / 2, kSymbol, kSymbol);
+        painter.drawPixmap(symbol, symbolPixmap(m_symbol, kSymbol, ink(), devicePixelRatioF()));
+        line.setLeft(kSymbol + kAfterSymbol);
+    } else {
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(ground());
+        painter.drawRoundedRect(rect(), kButtonRadius, kButtonRadius);
+    }
+    painter.setPen(ink());
+    painter.drawText(
+        line, m_style == Style::Bare ? int(Qt::AlignVCenter | Qt::AlignLeft) : int(Qt::AlignCenter),
+        text());
+    if (hasFocus()) {
+        const bool isDefault = m_style == Style::Default;
+        const QRectF around = isDefault ? QRectF(rect()).adjusted(2, 2, -2, -2) : QRectF(rect());
+        paintFocusRing(painter, around, kButtonRadius - (isDefault ? 2 : 0),
+                       isDefault ? m_look.onAccent : m_look.ring);
+    }
+}
+
+}  // namespace quillo
