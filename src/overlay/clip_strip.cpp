@@ -327,10 +327,7 @@ void ClipStrip::startDrag() {
     m_dragged = clip;
     auto* drag = new QDrag(this);
     drag->setMimeData(contents.release());
-    const qreal ratio = devicePixelRatioF();
-    QPixmap picture = m_painter.cardPixmap(index, ratio * kDraggedScale);
-    picture.setDevicePixelRatio(ratio);
-    drag->setPixmap(picture);
+    drag->setPixmap(m_painter.cardPixmap(index, devicePixelRatioF(), kDraggedScale));
     drag->setHotSpot((m_pressPosition - cardRect(index).topLeft()) * kDraggedScale);
     update();
     const QPointer<ClipStrip> self(this);

@@ -153,7 +153,9 @@ void OverlayBar::layOut() {
     place(m_badges, kBarMargin + wanted.name, wanted.badges, BarButton::kHeight);
     const int totalLeft = kBarMargin + wanted.name + (layout.showsBadges ? wanted.badges : 0);
     place(m_total, totalLeft, wanted.total, BarButton::kHeight);
-    place(m_search, layout.searchLeft, layout.searchWidth, SearchField::kHeight);
+    constexpr int kRing = SearchField::kRing;
+    place(m_search, layout.searchLeft - kRing, layout.searchWidth + 2 * kRing,
+          SearchField::kHeight + 2 * kRing);
     place(m_chips, layout.chipsLeft, layout.chipsWidth, ChipRow::kHeight);
     m_lock->setLabelShown(layout.showsLockLabel);
     place(m_lock, layout.lockLeft, m_lock->wantedWidth(layout.showsLockLabel), BarButton::kHeight);

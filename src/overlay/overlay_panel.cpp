@@ -30,6 +30,7 @@ OverlayPanel::OverlayPanel(Corners corners)
     setAttribute(Qt::WA_TranslucentBackground, corners == Corners::Blended);
     setAttribute(Qt::WA_NoSystemBackground);
     setAttribute(Qt::WA_QuitOnClose, false);
+    setAttribute(Qt::WA_AlwaysShowToolTips);
     setWindowTitle(QStringLiteral("Quillo"));
     setAccessibleName(QStringLiteral("Clipboard history"));
     auto* box = new QVBoxLayout(this);

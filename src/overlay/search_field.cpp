@@ -11,7 +11,7 @@ namespace quillo {
 namespace {
 
 constexpr int kGlassSize = 14;
-constexpr int kGlassLeft = 9;
+constexpr int kGlassLeft = 10;
 constexpr int kTextLeft = 30;
 constexpr qreal kRadius = 7;
 
@@ -24,10 +24,7 @@ SearchField::SearchField(QWidget* parent)
     setPlaceholderText(QStringLiteral("Search clips..."));
     setAccessibleName(QStringLiteral("Search clips"));
     setToolTip(QStringLiteral("Search text, addresses, file names and programs (Ctrl+F)"));
-    setMinimumWidth(kLeastWidth);
-    setMaximumWidth(kWidth);
-    setFixedHeight(kHeight);
-    setTextMargins(kTextLeft - 4, 0, 0, 0);
+    setTextMargins(kRing + kTextLeft - 2, 0, kRing, 0);
     addAction(m_clear, QLineEdit::TrailingPosition);
     m_clear->setVisible(false);
     connect(m_clear, &QAction::triggered, this, &QLineEdit::clear);
@@ -56,10 +53,17 @@ void SearchField::typeText(const QString& text) {
 void SearchField::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(hasFocus() ? QPen(m_colors.accent, 2) : QPen(Qt::NoPen));
+    painter.setPen(Qt::NoPen);
     painter.setBrush(m_colors.field);
-    painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), kRadius, kRadius);
-    painter.drawPixmap(kGlassLeft, (height() - kGlassSize) / 2,
+    painter.drawRoundedRect(rect().adjusted(kRing, kRing, -kRing, -kRing), kRadius, kRadius);
+    if (hasFocus()) {
+        painter.setPen(QPen(m_colors.accent, kRing));
+        painter.setBrush(Qt::NoBrush);
+        constexpr qreal kInset = kRing / 2.0;
+        painter.drawRoundedRect(QRectF(rect()).adjusted(kInset, kInset, -kInset, -kInset),
+                                kRadius + kInset, kRadius + kInset);
+    }
+    painter.drawPixmap(kRing + kGlassLeft, (height() - kGlassSize) / 2,
                        symbolPixmap(QStringLiteral("magnifyingglass"), kGlassSize,
                                     m_colors.secondaryText, devicePixelRatioF()));
     painter.end();

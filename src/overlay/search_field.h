@@ -16,6 +16,8 @@ public:
     static constexpr int kWidth = 230;
     static constexpr int kLeastWidth = 150;
     static constexpr int kHeight = 26;
+    /// Around its ground, for the ring of the focus; not counted in the sizes above.
+    static constexpr int kRing = 2;
 
     explicit SearchField(QWidget* parent = nullptr);
 

@@ -10,7 +10,7 @@ namespace {
 constexpr int kRingWidth = 3;
 constexpr int kRingRadius = 12;
 constexpr int kBadgeCount = 9;
-constexpr int kEmptySymbolSize = 48;
+constexpr int kEmptySymbolSize = 46;
 constexpr double kDraggedOpacity = 0.4;
 constexpr QSize kCardSize(StripLayout::kCardWidth, StripLayout::kCardHeight);
 
@@ -75,11 +75,12 @@ CardState StripPainter::stateOf(int index, const StripScene& scene, qreal ratio)
     return state;
 }
 
-QPixmap StripPainter::cardPixmap(int index, qreal ratio) {
-    QPixmap pixmap(kCardSize * ratio);
+QPixmap StripPainter::cardPixmap(int index, qreal ratio, qreal scale) {
+    QPixmap pixmap(kCardSize * ratio * scale);
     pixmap.setDevicePixelRatio(ratio);
     pixmap.fill(Qt::transparent);
     QPainter painter(&pixmap);
+    painter.scale(scale, scale);
     const QRect area(QPoint(0, 0), kCardSize);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
@@ -106,7 +107,7 @@ void StripPainter::paintRing(QPainter& painter, const StripScene& scene) const {
 void StripPainter::paintEmptyState(QPainter& painter, const QRect& area) const {
     const EmptyState state = m_clips.emptyState();
     const Palette& colors = m_look.palette();
-    painter.drawPixmap(QPoint((area.width() - kEmptySymbolSize) / 2, 72),
+    painter.drawPixmap(QPoint((area.width() - kEmptySymbolSize) / 2, 78),
                        symbolPixmap(state.symbol, kEmptySymbolSize, colors.secondaryText,
                                     painter.device()->devicePixelRatio()));
     const auto line = [&](const QString& text, int top, int size, QFont::Weight weight,
@@ -115,7 +116,7 @@ void StripPainter::paintEmptyState(QPainter& painter, const QRect& area) const {
         painter.setPen(color);
         painter.drawText(QRect(0, top, area.width(), 24), Qt::AlignCenter, text);
     };
-    line(state.title, 134, 16, QFont::DemiBold, colors.primaryText);
+    line(state.title, 131, 16, QFont::DemiBold, colors.primaryText);
     line(state.subtitle, 159, 13, QFont::Normal, colors.secondaryText);
 }
 

@@ -42,7 +42,7 @@ public:
     /// exposed is in the strip's coordinates.
     void paint(QPainter& painter, const QRect& exposed, const StripScene& scene);
     /// One card as it is dragged, without its neighbours.
-    [[nodiscard]] QPixmap cardPixmap(int index, qreal ratio);
+    [[nodiscard]] QPixmap cardPixmap(int index, qreal ratio, qreal scale);
 
 private:
     void paintCards(QPainter& painter, const QRect& exposed, const StripScene& scene);

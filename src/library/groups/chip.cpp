@@ -13,14 +13,14 @@ namespace quillo {
 namespace {
 
 constexpr int kPadding = 10;
-constexpr int kSymbol = 13;
-constexpr int kAfterSymbol = 5;
+constexpr int kSymbol = 12;
+constexpr int kAfterSymbol = 4;
 constexpr int kBadge = 16;
 constexpr qreal kBadgeRadius = 4;
 constexpr int kBadgeSymbol = 11;
 constexpr int kDot = 8;
-constexpr int kAfterDot = 6;
-constexpr int kBeforeCount = 6;
+constexpr int kAfterDot = 5;
+constexpr int kBeforeCount = 5;
 constexpr qreal kRadius = Chip::kHeight / 2.0;
 
 QString countText(qsizetype count) {
@@ -32,7 +32,7 @@ QString countText(qsizetype count) {
 Chip::Chip(Kind kind, QWidget* parent)
     : PanelButton(kind == Kind::Plus ? QAccessible::PushButton : QAccessible::RadioButton, parent),
       m_kind(kind) {
-    setFont(sizedFont(font(), 13, QFont::Normal));
+    setFont(sizedFont(font(), 12, QFont::Medium));
     setFocusPolicy(Qt::TabFocus);
     setFixedHeight(kHeight);
     setAttribute(Qt::WA_Hover);

@@ -26,7 +26,7 @@ class Chip final : public PanelButton {
     Q_OBJECT
 
 public:
-    static constexpr int kHeight = 26;
+    static constexpr int kHeight = 24;
     /// A longer title is cut with an ellipsis, and told by the tip.
     static constexpr int kLongestTitle = 160;
 

@@ -12,6 +12,7 @@ namespace quillo {
 namespace {
 
 constexpr int kSideMargin = 4;
+constexpr int kTopMargin = 2;
 constexpr int kSeparatorHeight = 12;
 constexpr int kLeastRowWidth = 170;
 /// The first row of a submenu is level with the entry that opens it.
@@ -86,7 +87,7 @@ PopupMenu* PopupMenu::open(QWidget* panel, std::vector<MenuEntry> entries, const
 void PopupMenu::addRows() {
     auto* content = new QWidget;
     auto* column = new QVBoxLayout(content);
-    column->setContentsMargins(kSideMargin, 0, kSideMargin, 0);
+    column->setContentsMargins(kSideMargin, kTopMargin, kSideMargin, kTopMargin);
     column->setSpacing(0);
     MenuColumns columns{.title = kLeastRowWidth - 50};
     for (size_t i = 0; i < m_entries.size(); ++i) {

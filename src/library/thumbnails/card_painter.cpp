@@ -44,7 +44,7 @@ QRect squareIn(const QRect& row, int left, int side) {
 QString footerDetail(const CardFace& face) {
     const QSize size = face.state.picture.imageSize;
     QStringList parts;
-    if (!size.isEmpty()) {
+    if (face.card.preview == CardPreview::Image && !size.isEmpty()) {
         parts.append(u"%1x%2"_s.arg(size.width()).arg(size.height()));
     }
     // A file's stands beneath its name.
