@@ -331,7 +331,8 @@ void ClipStrip::startDrag() {
     drag->setHotSpot((m_pressPosition - cardRect(index).topLeft()) * kDraggedScale);
     update();
     const QPointer<ClipStrip> self(this);
-    drag->exec(Qt::CopyAction | Qt::MoveAction, Qt::CopyAction);
+    // Never a move: a file manager would take the person's file away.
+    drag->exec(Qt::CopyAction);
     if (self) {
         endDrag();
     }
@@ -348,8 +349,7 @@ void ClipStrip::endDrag() {
 // Whether a drag is ours is told by its source: another program can offer any type.
 void ClipStrip::dragEnterEvent(QDragEnterEvent* event) {
     if (event->source() == this && m_clips.groupFilter()) {
-        event->setDropAction(Qt::MoveAction);
-        event->accept();
+        event->acceptProposedAction();
     } else {
         event->ignore();
     }
@@ -364,8 +364,7 @@ void ClipStrip::dragMoveEvent(QDragMoveEvent* event) {
         m_edgeTimer.start(kEdgeIntervalMs, this);
     }
     dragOver(position);
-    event->setDropAction(Qt::MoveAction);
-    event->accept();
+    event->acceptProposedAction();
 }
 
 void ClipStrip::dragOver(const QPoint& position) {
@@ -397,8 +396,7 @@ void ClipStrip::dragLeaveEvent(QDragLeaveEvent* /*event*/) {
 void ClipStrip::dropEvent(QDropEvent* event) {
     m_edgeTimer.stop();
     m_dropTarget = QUuid();
-    event->setDropAction(Qt::MoveAction);
-    event->accept();
+    event->acceptProposedAction();
 }
 
 }  // namespace quillo

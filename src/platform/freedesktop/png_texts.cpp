@@ -10,6 +10,9 @@ constexpr char kSignature[] = "\x89PNG\r\n\x1a\n";
 constexpr qsizetype kSignatureSize = 8;
 constexpr qsizetype kChunkFrame = 12;  // Length, type and checksum.
 constexpr qsizetype kLongestChunk = 8 * 1024;
+// A picture of any program has a handful.
+constexpr int kMostTexts = 32;
+constexpr qsizetype kLongestText = 64 * 1024;
 
 // A deflated chunk of the size allowed above cannot grow beyond 8 MiB.
 QByteArray inflated(const QByteArray& deflated) {
@@ -28,7 +31,9 @@ void addText(const QByteArray& type, const QByteArray& data, QHash<QByteArray, Q
     if (type == "tEXt") {
         texts.insert(keyword, data.mid(end + 1));
     } else if (type == "zTXt" && data.size() > end + 2 && data.at(end + 1) == 0) {
-        texts.insert(keyword, inflated(data.mid(end + 2)));
+        if (const QByteArray text = inflated(data.mid(end + 2)); text.size() <= kLongestText) {
+            texts.insert(keyword, text);
+        }
     }
 }
 
@@ -40,13 +45,16 @@ QHash<QByteArray, QByteArray> pngTexts(const QByteArray& file) {
         return texts;
     }
     qsizetype at = kSignatureSize;
-    while (file.size() - at >= kChunkFrame) {
+    int textsLeft = kMostTexts;
+    while (textsLeft > 0 && file.size() - at >= kChunkFrame) {
         const quint32 length = qFromBigEndian<quint32>(file.constData() + at);
         if (qsizetype(length) > file.size() - at - kChunkFrame) {
             break;
         }
-        if (qsizetype(length) <= kLongestChunk) {
-            addText(file.mid(at + 4, 4), file.mid(at + 8, length), texts);
+        const QByteArray type = file.mid(at + 4, 4);
+        if (qsizetype(length) <= kLongestChunk && (type == "tEXt" || type == "zTXt")) {
+            addText(type, file.mid(at + 8, length), texts);
+            --textsLeft;
         }
         at += kChunkFrame + length;
     }
