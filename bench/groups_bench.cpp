@@ -84,28 +84,32 @@ private:
 };
 
 void membersNewestFirst(benchmark::State& state) {
+    History& history = History::shared();
     for (auto _ : state) {
-        benchmark::DoNotOptimize(History::shared().group().clipIds());
+        benchmark::DoNotOptimize(history.group().clipIds());
     }
 }
 BENCHMARK(membersNewestFirst)->Unit(benchmark::kMillisecond);
 
 void membersInOrder(benchmark::State& state) {
+    History& history = History::shared();
     for (auto _ : state) {
-        benchmark::DoNotOptimize(History::shared().group().orderedClipIds());
+        benchmark::DoNotOptimize(history.group().orderedClipIds());
     }
 }
 BENCHMARK(membersInOrder)->Unit(benchmark::kMillisecond);
 
 void countMembers(benchmark::State& state) {
+    History& history = History::shared();
     for (auto _ : state) {
-        benchmark::DoNotOptimize(memberCount(History::shared().group()));
+        benchmark::DoNotOptimize(memberCount(history.group()));
     }
 }
 BENCHMARK(countMembers)->Unit(benchmark::kMillisecond);
 
 void decodeOrder(benchmark::State& state) {
-    const QByteArray document = History::shared().group().clipOrder().value();
+    History& history = History::shared();
+    const QByteArray document = history.group().clipOrder().value();
     for (auto _ : state) {
         benchmark::DoNotOptimize(decodeClipOrder(document));
     }
@@ -113,7 +117,8 @@ void decodeOrder(benchmark::State& state) {
 BENCHMARK(decodeOrder)->Unit(benchmark::kMillisecond);
 
 void encodeOrder(benchmark::State& state) {
-    const ClipOrderEntries order = History::shared().group().clipOrderEntries();
+    History& history = History::shared();
+    const ClipOrderEntries order = history.group().clipOrderEntries();
     for (auto _ : state) {
         benchmark::DoNotOptimize(encodeClipOrder(order));
     }
@@ -169,27 +174,30 @@ FetchRequest pinnedFirst() {
 }
 
 void firstCards(benchmark::State& state) {
+    History& history = History::shared();
     for (auto _ : state) {
-        benchmark::DoNotOptimize(History::shared().view().fetch<Clip>(pinnedFirst()));
+        benchmark::DoNotOptimize(history.view().fetch<Clip>(pinnedFirst()));
     }
 }
 BENCHMARK(firstCards)->Unit(benchmark::kMillisecond);
 
 /// No clip matches, so that the whole history is looked at.
 void firstCardsOfAnEmptyFilter(benchmark::State& state) {
+    History& history = History::shared();
     FetchRequest request = pinnedFirst();
     request.conditions = {filterCondition(FilterType::Video)};
     for (auto _ : state) {
-        benchmark::DoNotOptimize(History::shared().view().fetch<Clip>(request));
+        benchmark::DoNotOptimize(history.view().fetch<Clip>(request));
     }
 }
 BENCHMARK(firstCardsOfAnEmptyFilter)->Unit(benchmark::kMillisecond);
 
 void countOfAFilter(benchmark::State& state) {
+    History& history = History::shared();
     FetchRequest request;
     request.conditions = {filterCondition(FilterType::Image)};
     for (auto _ : state) {
-        benchmark::DoNotOptimize(History::shared().view().count(request));
+        benchmark::DoNotOptimize(history.view().count(request));
     }
 }
 BENCHMARK(countOfAFilter)->Unit(benchmark::kMillisecond);

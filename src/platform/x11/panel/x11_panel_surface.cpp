@@ -6,11 +6,8 @@
 #include <qpa/qwindowsysteminterface.h>
 
 #include <QGuiApplication>
-#include <QPointer>
 #include <QRegion>
-#include <QTimer>
 #include <QWindow>
-#include <chrono>
 #include <cmath>
 
 namespace quillo::x11 {
@@ -18,9 +15,6 @@ namespace {
 
 constexpr quint32 kAllDesktops = 0xffffffff;
 constexpr quint32 kSourceIsPager = 2;
-// When it is seen to that the toolkit knows of the focus, counted from the request.
-constexpr std::chrono::milliseconds kFocusChecks[] = {std::chrono::milliseconds(60),
-                                                      std::chrono::milliseconds(250)};
 
 }  // namespace
 
@@ -131,32 +125,17 @@ void X11PanelSurface::takeFocus(QWindow& window, quint32 userTime) {
                    XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
                    reinterpret_cast<const char*>(&message));
     xcb_flush(c);
-    tellToolkitOfFocus(&window, 0);
 }
 
-// Events of a focus that goes and comes within the hold of a grabbed key can reach Qt in an order
-// that leaves it without a focus window for good, while the keys do come.
-void X11PanelSurface::tellToolkitOfFocus(QWindow* window, int attempt) {
-    const QPointer<QWindow> guarded(window);
-    QTimer::singleShot(kFocusChecks[attempt], m_notifier.get(), [this, guarded, attempt] {
-        if (!guarded || !guarded->isVisible() || QGuiApplication::focusWindow() != nullptr) {
-            return;
-        }
-        if (hasFocus(*guarded)) {
-            QWindowSystemInterface::handleWindowActivated(guarded, Qt::ActiveWindowFocusReason);
-        } else if (attempt + 1 < int(std::size(kFocusChecks))) {
-            tellToolkitOfFocus(guarded, attempt + 1);
-        }
-    });
+// Shown again within 100 ms, the window gets the focus before Qt tells that it was lost. Qt Gui
+// then sees no change and tells Qt Widgets nothing, which has no active window from the hide on. So
+// it is told of the loss here.
+void X11PanelSurface::release(QWindow& window) {
+    if (QGuiApplication::focusWindow() == &window) {
+        using System = QWindowSystemInterface;
+        System::handleWindowActivated<System::SynchronousDelivery>(nullptr,
+                                                                   Qt::ActiveWindowFocusReason);
+    }
 }
-
-bool X11PanelSurface::hasFocus(const QWindow& window) {
-    xcb_connection_t* const c = m_connection.get();
-    const XcbPtr<xcb_get_input_focus_reply_t> focus(
-        xcb_get_input_focus_reply(c, xcb_get_input_focus(c), nullptr));
-    return focus && focus->focus == xcb_window_t(window.winId());
-}
-
-void X11PanelSurface::release(QWindow& /*window*/) {}
 
 }  // namespace quillo::x11

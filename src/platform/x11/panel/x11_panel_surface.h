@@ -30,8 +30,6 @@ private:
     void watchCompositor();
     void readEvents();
     [[nodiscard]] bool compositorRuns();
-    void tellToolkitOfFocus(QWindow* window, int attempt);
-    [[nodiscard]] bool hasFocus(const QWindow& window);
 
     Connection m_connection;
     AtomTable m_atoms;
