@@ -7,6 +7,7 @@ namespace quillo {
 namespace {
 
 constexpr int kGlideDurationMs = 160;
+constexpr int kFirstStepMs = 16;
 
 }  // namespace
 
@@ -44,6 +45,8 @@ void StripScroller::glideBy(int pixels) {
     m_glide.setStartValue(m_position);
     m_glide.setEndValue(target);
     m_glide.start();
+    // The first step at once, not a frame later.
+    m_glide.setCurrentTime(kFirstStepMs);
 }
 
 void StripScroller::moveTo(int position) {

@@ -18,6 +18,7 @@ import zlib
 KINDS = {0: "text", 1: "rtf", 2: "html", 3: "image", 4: "file"}
 HERE = pathlib.Path(__file__).resolve().parent
 DEADLINE = 15.0
+DEBOUNCE = 0.35  # The shortcut is not heard a second time within this time.
 
 
 class Failure(Exception):
@@ -195,6 +196,7 @@ class Quillo:
         self.log_path = desktop.folder / "quillo.log"
         self.log_rules = log_rules
         self.process = None
+        self.pressed = 0.0
         self.data = pathlib.Path(os.environ["XDG_DATA_HOME"]) / "Quillo"
         self.config = pathlib.Path(os.environ["XDG_CONFIG_HOME"]) / "Quillo" / "settings.json"
 
@@ -269,11 +271,19 @@ class Quillo:
         windows = [w for w in visible_windows("^Quillo$")]
         return windows[0] if windows else None
 
-    def show_panel(self):
+    def pass_debounce(self):
+        """Waits until the shortcut is heard again."""
+        time.sleep(max(0.0, self.pressed + DEBOUNCE - time.monotonic()))
+
+    def press_hotkey(self):
+        self.pass_debounce()
         xdotool("key", "super+shift+v")
+        self.pressed = time.monotonic()
+
+    def show_panel(self):
+        self.press_hotkey()
         window = wait_for(self.panel, "the panel")
         wait_for(lambda: active_window() == window, "the panel's focus")
-        time.sleep(0.35)  # The hotkey's debounce: a press before it is over is ignored.
         return window
 
     def wait_until_hidden(self):
@@ -331,11 +341,10 @@ class QuilloTest(unittest.TestCase):
 
     def assert_panel_comes(self):
         """Whatever other programs do, the hotkey shows the panel; it is then closed again."""
-        xdotool("key", "super+shift+v")
+        self.quillo.press_hotkey()
         wait_for(self.quillo.panel, "the panel", 2)
         key("Escape")
         self.quillo.wait_until_hidden()
-        time.sleep(0.35)  # The hotkey's debounce.
 
     def assert_new_log(self, text, since):
         try:

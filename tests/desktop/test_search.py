@@ -57,7 +57,6 @@ class SearchTest(QuilloTest):
         xdotool("type", "nothing at all")
         key("Escape")
         self.quillo.wait_until_hidden()
-        time.sleep(0.35)  # The hotkey's debounce.
         self.desktop.focus(self.editor)
         key("ctrl+a", "Delete")
         self.quillo.show_panel()
