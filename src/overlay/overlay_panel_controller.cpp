@@ -23,7 +23,6 @@ namespace {
 QUILLO_LOG_CATEGORY(lcPanel, "OverlayPanelController")
 
 constexpr std::chrono::milliseconds kToggleDebounce{300};
-constexpr QLatin1StringView kImageBadgeSizeKey("imageBadgeSize");
 
 }  // namespace
 
@@ -37,7 +36,8 @@ OverlayPanelController::OverlayPanelController(OverlayPanelServices services, QO
                   kSecondThoughts),
       m_groups(m_services.persistence.viewContext()),
       m_pictures({m_services.images, m_services.documents, m_services.thumbnails,
-                  m_services.workspace, storedBytesLoader(m_services.persistence)}) {
+                  m_services.workspace, storedBytesLoader(m_services.persistence)}),
+      m_appearance(m_services.colors, m_services.theme, m_services.defaults) {
     connect(&m_clips, &OverlayClips::refreshed, this, &OverlayPanelController::clipsRefreshed);
     connect(&m_clips, &OverlayClips::groupLost, this, [this] {
         if (m_view != nullptr) {
@@ -69,27 +69,8 @@ OverlayPanelController::~OverlayPanelController() {
 }
 
 void OverlayPanelController::followSettings() {
-    ClipTypeColorManager& colors = m_services.colors;
-    for (const auto changed :
-         {&ClipTypeColorManager::panelOpacityChanged,
-          &ClipTypeColorManager::panelBackgroundColorChanged,
-          &ClipTypeColorManager::itemOpacityChanged, &ClipTypeColorManager::colorsChanged,
-          &ClipTypeColorManager::filterBadgeColorsChanged,
-          &ClipTypeColorManager::backgroundColorsChanged,
-          &ClipTypeColorManager::backgroundOpacitiesChanged}) {
-        connect(&colors, changed, this, &OverlayPanelController::updateLook);
-    }
-    connect(&colors, &ClipTypeColorManager::panelWidthChanged, this,
+    connect(&m_services.colors, &ClipTypeColorManager::panelWidthChanged, this,
             &OverlayPanelController::fitPanel);
-    connect(&m_services.theme, &ThemeManager::currentThemeChanged, this,
-            &OverlayPanelController::themeChanged);
-    connect(&m_services.theme, &ThemeManager::effectiveSchemeChanged, this,
-            &OverlayPanelController::updateLook);
-    connect(&m_services.defaults, &UserDefaults::changed, this, [this](const QString& key) {
-        if (key == kImageBadgeSizeKey) {
-            updateImageBadges();
-        }
-    });
     connect(&m_placement, &PanelPlacement::positionChanged, this, [this] {
         placeAgain();
         Q_EMIT panelPositionChanged();
@@ -104,31 +85,6 @@ void OverlayPanelController::followSettings() {
         }
         Q_EMIT customOriginChanged();
     });
-}
-
-void OverlayPanelController::updateLook() {
-    if (m_view == nullptr) {
-        return;
-    }
-    const bool isBlended = m_panel->testAttribute(Qt::WA_TranslucentBackground);
-    const PanelLook look =
-        m_services.colors.panelLook(isBlended ? Backdrop::Visible : Backdrop::Hidden);
-    const KindColors kindColors = m_services.colors.colors();
-    m_popups->setColors(look.palette());
-    m_view->setLook(
-        look, [kindColors](ClipType kind) { return kindColors.value(kind, defaultColor(kind)); });
-}
-
-void OverlayPanelController::updateImageBadges() {
-    if (m_view != nullptr) {
-        m_view->strip().setImageBadgePx(
-            imageBadgePx(m_services.defaults.string(kImageBadgeSizeKey)));
-    }
-}
-
-void OverlayPanelController::themeChanged() {
-    m_services.colors.resetPanelBackgroundColor(m_services.theme.effectiveScheme());
-    updateLook();
 }
 
 void OverlayPanelController::toggle() {
@@ -153,17 +109,16 @@ void OverlayPanelController::createPanel() {
         qCCritical(lcPanel, "No screen available");
         return;
     }
-    m_panel = std::make_unique<OverlayPanel>(m_services.surface.isCompositing()
-                                                 ? OverlayPanel::Corners::Blended
-                                                 : OverlayPanel::Corners::Cut);
+    const bool isBlended = m_services.surface.isCompositing();
+    m_panel = std::make_unique<OverlayPanel>(isBlended ? OverlayPanel::Corners::Blended
+                                                       : OverlayPanel::Corners::Cut);
     m_view = new OverlayView(m_clips, m_pictures, m_services.clock);
     m_panel->setContent(m_view);
     m_popups = new OverlayPopups(m_panel.get(), m_groups);
     connectBar();
     connectStrip();
     showLock();
-    updateLook();
-    updateImageBadges();
+    m_appearance.dress(m_view, m_popups, isBlended ? Backdrop::Visible : Backdrop::Hidden);
     connect(m_panel.get(), &OverlayPanel::dragged, this, [this] { m_wasDragged = m_isVisible; });
     m_panel->winId();
     m_services.workspace.ignoreWindow(quint32(m_panel->winId()));

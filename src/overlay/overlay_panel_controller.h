@@ -18,6 +18,7 @@
 #include "overlay/overlay_panel.h"
 #include "overlay/overlay_popups.h"
 #include "overlay/overlay_view.h"
+#include "overlay/panel_appearance.h"
 #include "overlay/panel_placement.h"
 #include "overlay/pending_deletions.h"
 #include "overlay/strip_selection.h"
@@ -103,10 +104,7 @@ private:
     void applyFrame(const QScreen& screen, int width);
     void compositingChanged();
     void followSettings();
-    void updateLook();
-    void updateImageBadges();
     void updateButtons();
-    void themeChanged();
     void showLock();
     void clipsRefreshed();
     void resetSelection();
@@ -130,6 +128,7 @@ private:
     PendingDeletions m_deletions;
     GroupList m_groups;
     CardPictures m_pictures;
+    PanelAppearance m_appearance;
     StripSelection m_selection;
     std::unique_ptr<OverlayPanel> m_panel;
     OverlayView* m_view = nullptr;
