@@ -19,7 +19,7 @@ if [ "$#" -gt 0 ]; then
     selection=(-L "$(IFS='|'; echo "$*")")
 else
     # Named runs need programs that are too big for every run, or too long; see docs/testing.md.
-    selection=(-LE 'big|kill|endurance')
+    selection=(-LE 'big|kill|endurance|overlay')
 fi
 scripts/check_tidy.sh build/dev
 ctest --preset dev "${selection[@]}" --no-tests=error

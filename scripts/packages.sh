@@ -13,7 +13,8 @@ run="qt6-image-formats-plugins libqt6svg6 shared-mime-info fontconfig fonts-inte
 demo="xvfb openbox dbus dbus-x11 xdotool xclip wmctrl x11-utils x11-xserver-utils x11-xkb-utils
   xauth xterm mousepad imagemagick sqlite3 python3 python3-gi gir1.2-gtk-3.0 gir1.2-vte-2.91
   procps"
-test="libgtest-dev libgmock-dev libbenchmark-dev clang-format-19 clang-tidy-19 xfwm4 libxres1 git"
+test="libgtest-dev libgmock-dev libbenchmark-dev clang-format-19 clang-tidy-19 xfwm4 kwin-x11 picom
+  at-spi2-core pcmanfm libxres1 git"
 
 wanted=
 for purpose in "$@"; do

@@ -58,10 +58,12 @@ class HistoryTest(QuilloTest):
         self.copies = Copies(self.desktop.folder / self.id())
         self.store = self.quillo.data / "Quillo.sqlite"
         self.figures = {}
+        self.copied = 0
 
     def measure(self, pid, count, what):
         wait_until_quiet(pid)
         self.figures[count] = {
+            "copies": self.copied,
             "threads": len(wake_ups(pid)),
             "descriptors": descriptors(pid),
             "resources": self.resources.of(pid),
@@ -83,7 +85,8 @@ class HistoryTest(QuilloTest):
                     self.assertEqual(now[name], before[name], name)
                 for name in ("Rss", "Anonymous"):
                     self.assertLess(now[name], before[name] + MEMORY_SLACK_KB, name)
-                changes = min((count - warm) * BYTES_PER_CHANGE, MOST_CHANGE_BYTES)
+                copies = now["copies"] - before["copies"]
+                changes = min(copies * BYTES_PER_CHANGE, MOST_CHANGE_BYTES)
                 self.assertLess(now["store"], before["store"] * 1.2 + changes)
 
 
@@ -119,6 +122,7 @@ class GrowthTest(HistoryTest):
             shows = beside.submit(self.show_until, SHOWS * last // COPIES)
             for number in range(first, last):
                 self.copy_numbered(number)
+                self.copied += 1
             shows.result()
 
     def test_copies_and_shows_by_the_shortcut_leave_nothing_behind(self):
@@ -132,22 +136,38 @@ class GrowthTest(HistoryTest):
 
 
 class ShowsTest(HistoryTest):
-    """The program's panel on a full history, without the pause between two presses."""
+    """The program's panel and its capture, without the pause between two presses."""
 
-    def test_shows_leave_nothing_behind(self):
-        owner = FastOwner(self.desktop, "--save-each")
-        for number in range(HISTORY):
-            owner.copy_saved(self.copies.contents(number))
+    def setUp(self):
+        super().setUp()
         self.assertEqual(self.quillo.stop(), 0)
-        panel = subprocess.Popen([os.environ["QUILLO_PANEL_SHOWS"]], stdin=subprocess.PIPE,
-                                 stdout=subprocess.PIPE, text=True, bufsize=1,
-                                 start_new_session=True)
-        self.desktop.processes.append(panel)
+        self.panel = subprocess.Popen([os.environ["QUILLO_PANEL_SHOWS"]], stdin=subprocess.PIPE,
+                                      stdout=subprocess.PIPE, text=True, bufsize=1,
+                                      start_new_session=True)
+        self.desktop.processes.append(self.panel)
+        self.panel.stdin.write("0\n")
+        self.assertEqual(self.panel.stdout.readline().strip(), "done")
+        self.owner = FastOwner(self.desktop, "--save-each")
+
+    def copy_next(self):
+        self.owner.copy_saved(self.copies.contents(self.copied))
+        self.copied += 1
+
+    def show_while_copying(self, shows):
+        self.panel.stdin.write(f"{shows}\n")
+        with concurrent.futures.ThreadPoolExecutor(1) as beside:
+            answer = beside.submit(self.panel.stdout.readline)
+            while not answer.done():
+                self.copy_next()
+        self.assertEqual(answer.result().strip(), "done")
+
+    def test_shows_while_captures_go_on_leave_nothing_behind(self):
         done = 0
         for count in until(CHECKPOINTS, FAST_SHOWS):
-            panel.stdin.write(f"{count - done}\n")
-            self.assertEqual(panel.stdout.readline().strip(), "done")
-            self.measure(panel.pid, count, "shows")
+            self.show_while_copying(count - done)
+            while self.copied < WARM_COPIES:
+                self.copy_next()
+            self.measure(self.panel.pid, count, "shows")
             done = count
         self.assert_no_growth(WARM_SHOWS)
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Shows and hides the panel on the stored history as often as it is told, through the program's own
 // services of the desktop: what the shortcut does, without the pause that it needs between presses.
+// What is copied meanwhile is captured.
 #include <QApplication>
 #include <QWindow>
 #include <cstdio>
@@ -8,11 +9,14 @@
 
 #include "app/desktop_services.h"
 #include "base/clock.h"
+#include "capture/clip_saver.h"
+#include "capture/pasteboard_watcher.h"
 #include "model/persistence_controller.h"
 #include "overlay/overlay_panel_controller.h"
 #include "paste/paste_back.h"
 #include "platform/freedesktop/json_user_defaults.h"
 #include "platform/notification_center.h"
+#include "platform/thread_tick_timer.h"
 #include "support/wait_until.h"
 
 using quillo::testing::waitUntil;
@@ -52,10 +56,19 @@ public:
                        m_clock}),
           m_controller({m_persistence, *m_services.workspace, m_pasteBack, m_defaults, m_theme,
                         m_colors, m_notifications, *m_services.images, *m_services.richText,
-                        *m_services.thumbnails, *m_services.panelSurface, m_clock, [] {},
-                        [] { return 0U; }}) {
+                        *m_services.thumbnails, *m_services.panelSurface, m_clock,
+                        [this] { m_watcher.checkSoon(); }, [] { return 0U; }}) {
         qApp->installEventFilter(&m_witness);
+        m_watcher.start();
     }
+
+    ~PanelOnDesktop() {
+        m_watcher.stop();
+        m_persistence.waitUntilIdle();
+    }
+
+    PanelOnDesktop(const PanelOnDesktop&) = delete;
+    PanelOnDesktop& operator=(const PanelOnDesktop&) = delete;
 
     bool showAndHide() {
         const int before = m_witness.paintings;
@@ -74,6 +87,11 @@ private:
     quillo::JsonUserDefaults m_defaults;
     quillo::NotificationCenter m_notifications;
     quillo::PersistenceController m_persistence;
+    quillo::ClipSaver m_saver{
+        {m_persistence, m_defaults, m_notifications, *m_services.richText, m_clock}};
+    quillo::ThreadTickTimer m_timer;
+    quillo::PasteboardWatcher m_watcher{
+        {*m_services.pasteboard, *m_services.workspace, m_timer, m_saver, *m_services.images}};
     quillo::PasteBack m_pasteBack;
     quillo::ThemeManager m_theme{m_defaults, *m_services.appearance};
     quillo::ClipTypeColorManager m_colors{m_defaults, m_theme};

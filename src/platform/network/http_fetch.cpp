@@ -37,11 +37,9 @@ bool isRedirect(int status) {
     return status == 301 || status == 302 || status == 303 || status == 307 || status == 308;
 }
 
-// Whether a reply with a status of failure came whole: Qt reports the status as an error then.
-bool isStatusError(QNetworkReply::NetworkError error) {
-    return (error > QNetworkReply::UnknownProxyError &&
-            error <= QNetworkReply::UnknownContentError) ||
-           error >= QNetworkReply::InternalServerError;
+// Whether a reply came whole although Qt reports an error: its status alone is one then.
+bool isStatusError(int status, QNetworkReply::NetworkError error) {
+    return status >= 400 && error > QNetworkReply::UnknownProxyError;
 }
 
 }  // namespace
@@ -91,6 +89,9 @@ bool HttpFetch::mayConnectTo(const QHostAddress& address) const {
 }
 
 void HttpFetch::resolved(const QList<QHostAddress>& addresses) {
+    if (!m_callback) {
+        return;  // The time was up before.
+    }
     m_addresses.clear();
     for (const QHostAddress& address : addresses) {
         if (mayConnectTo(address) && m_addresses.size() < kMostAddresses) {
@@ -196,7 +197,7 @@ void HttpFetch::endBody() {
     }
     const QNetworkReply::NetworkError error = m_reply->error();
     const int status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-    if (error == QNetworkReply::NoError || (status >= 400 && isStatusError(error))) {
+    if (error == QNetworkReply::NoError || isStatusError(status, error)) {
         succeed();
     } else if (status == 0 && !m_addresses.isEmpty()) {
         connectToNextAddress();

@@ -75,9 +75,9 @@ void QtHttpClient::get(HttpRequest request, Callback callback) {
     // A queued call is copied, its callback cannot be.
     auto job = std::make_shared<std::pair<HttpRequest, Callback>>(std::move(request),
                                                                   std::move(callback));
+    Worker* const target = worker();
     QMetaObject::invokeMethod(
-        worker(),
-        [worker = m_worker, job] { worker->add(std::move(job->first), std::move(job->second)); },
+        target, [target, job] { target->add(std::move(job->first), std::move(job->second)); },
         Qt::QueuedConnection);
 }
 
