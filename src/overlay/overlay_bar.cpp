@@ -125,15 +125,15 @@ void OverlayBar::setColors(const Palette& colors, TypeBadges::KindColor kindColo
 BarParts OverlayBar::parts() const {
     const int name = m_name->sizeHint().width() + kBarGap;
     const int buttons = 3 * m_close->wantedWidth(false) + 2 * kButtonGap;
-    const int total = std::max(kTotalWidth, m_total->sizeHint().width() + 4);
+    const int totalText = m_total->sizeHint().width() + 4;
     const int badges = m_badges->wantedWidth();
     // With "Drag" everything else stays where it is with "Pinned".
     const int lockLabel = m_lock->fontMetrics().horizontalAdvance(QStringLiteral("Pinned"));
     const int lockSymbol = m_lock->wantedWidth(false);
     return {.name = name,
             .badges = badges,
-            .titleBlock = std::max(kTitleBlockWidth, name + badges + total),
-            .total = total,
+            .titleBlock = std::max(kTitleBlockWidth, name + badges + totalText),
+            .total = std::max(kTotalWidth, totalText),
             .search = SearchField::kWidth,
             .searchLeast = SearchField::kLeastWidth,
             .chips = m_chips->sizeHint().width(),
