@@ -67,7 +67,10 @@ Popup::Popup(QWidget* panel, const Palette& colors)
             [this](const QWidget* /*old*/, const QWidget* now) { focusMoved(now); });
 }
 
-Popup::~Popup() = default;
+Popup::~Popup() {
+    // The focus moves once more while the widget beneath is taken down.
+    disconnect(qApp, nullptr, this, nullptr);
+}
 
 QList<Popup*> Popup::openPopups(const QWidget* panel) {
     QList<Popup*> open;
