@@ -20,7 +20,7 @@ from process_figures import (  # noqa: E402
 
 COPIES = int(os.environ.get("QUILLO_COPIES", "1500"))
 SHOWS = int(os.environ.get("QUILLO_SHOWS", "20"))
-FAST_SHOWS = int(os.environ.get("QUILLO_FAST_SHOWS", "300"))
+FAST_SHOWS = int(os.environ.get("QUILLO_FAST_SHOWS", "700"))
 QUIET_SECONDS = float(os.environ.get("QUILLO_QUIET_SECONDS", "10"))
 AFTER_EACH_KIND = QUIET_SECONDS > 10
 FIGURES = os.environ.get("QUILLO_FIGURES")  # A file that gets what was measured.
@@ -29,7 +29,8 @@ HISTORY = 500
 CHECKPOINTS = (100, 200, 500, 1000, 1500, 2000, 5000, 10_000, 20_000, 50_000, 100_000)
 # By then the history is full, so that each copy drops one, and the largest picture was there.
 WARM_COPIES = 1000
-WARM_SHOWS = 100
+# By then the texts that the cards keep laid out have reached their number.
+WARM_SHOWS = 500
 # How much more than after the warm-up is no growth: the allocator's and the kernel's rounding.
 MEMORY_SLACK_KB = 6 * 1024
 # Lines of the change log and tombstones are about this long, and 10,000 of each are kept.
@@ -59,6 +60,7 @@ class HistoryTest(QuilloTest):
         self.store = self.quillo.data / "Quillo.sqlite"
         self.figures = {}
         self.copied = 0
+        self.lost = []
 
     def measure(self, pid, count, what):
         wait_until_quiet(pid)
@@ -73,6 +75,16 @@ class HistoryTest(QuilloTest):
             "log": size_of(self.store.with_name("Quillo.sqlite-wal")),
         }
         note(f"{count} {what}: {self.figures[count]}")
+
+    def copy_next(self):
+        """Copies what comes next; a copy that is not saved is told of at the end."""
+        mark = self.quillo.mark()
+        try:
+            self.owner.copy_saved(self.copies.contents(self.copied))
+        except Failure as failure:
+            self.lost.append(f"copy {self.copied}: {failure}:\n{self.quillo.log_since(mark)}")
+            note(self.lost[-1])
+        self.copied += 1
 
     def assert_no_growth(self, warm):
         """Nothing that was measured later is more than what was measured when warm."""
@@ -99,15 +111,6 @@ class GrowthTest(HistoryTest):
         self.pid = self.quillo.process.pid
         self.owner = FastOwner(self.desktop, "--save-each")
         self.shown = 0
-        self.lost = []
-
-    def copy_numbered(self, number):
-        mark = self.quillo.mark()
-        try:
-            self.owner.copy_saved(self.copies.contents(number))
-        except Failure as failure:
-            self.lost.append(f"copy {number}: {failure}:\n{self.quillo.log_since(mark)}")
-            note(self.lost[-1])
 
     def show_until(self, shown):
         while self.shown < shown:
@@ -116,21 +119,18 @@ class GrowthTest(HistoryTest):
             self.quillo.wait_until_hidden()
             self.shown += 1
 
-    def go_on_until(self, first, last):
+    def go_on_until(self, last):
         """Copies as fast as it goes while the panel comes and goes."""
         with concurrent.futures.ThreadPoolExecutor(1) as beside:
             shows = beside.submit(self.show_until, SHOWS * last // COPIES)
-            for number in range(first, last):
-                self.copy_numbered(number)
-                self.copied += 1
+            while self.copied < last:
+                self.copy_next()
             shows.result()
 
     def test_copies_and_shows_by_the_shortcut_leave_nothing_behind(self):
-        done = 0
         for count in until(CHECKPOINTS, COPIES):
-            self.go_on_until(done, count)
+            self.go_on_until(count)
             self.measure(self.pid, count, f"copies and {self.shown} shows")
-            done = count
         self.assert_no_growth(WARM_COPIES)
         self.assertEqual(self.lost, [])
 
@@ -141,17 +141,15 @@ class ShowsTest(HistoryTest):
     def setUp(self):
         super().setUp()
         self.assertEqual(self.quillo.stop(), 0)
-        self.panel = subprocess.Popen([os.environ["QUILLO_PANEL_SHOWS"]], stdin=subprocess.PIPE,
-                                      stdout=subprocess.PIPE, text=True, bufsize=1,
-                                      start_new_session=True)
+        with open(self.quillo.log_path, "ab") as log:
+            self.panel = subprocess.Popen(
+                [os.environ["QUILLO_PANEL_SHOWS"]], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+                stderr=log, text=True, bufsize=1, start_new_session=True,
+                env={**os.environ, "QT_LOGGING_RULES": self.quillo.log_rules})
         self.desktop.processes.append(self.panel)
         self.panel.stdin.write("0\n")
         self.assertEqual(self.panel.stdout.readline().strip(), "done")
         self.owner = FastOwner(self.desktop, "--save-each")
-
-    def copy_next(self):
-        self.owner.copy_saved(self.copies.contents(self.copied))
-        self.copied += 1
 
     def show_while_copying(self, shows):
         self.panel.stdin.write(f"{shows}\n")
@@ -170,6 +168,7 @@ class ShowsTest(HistoryTest):
             self.measure(self.panel.pid, count, "shows")
             done = count
         self.assert_no_growth(WARM_SHOWS)
+        self.assertEqual(self.lost, [])
 
 
 class IdleTest(QuilloTest):
