@@ -75,7 +75,9 @@ private:
         } else if (choice < 600) {
             captureImage();
         } else if (choice < 800) {
-            captureText(m_contents[qsizetype(m_random() % quint32(m_contents.size()))]);
+            // A copy: the list that it stands in grows.
+            const QString again = m_contents[qsizetype(m_random() % quint32(m_contents.size()))];
+            captureText(again);
         } else if (choice < 998) {
             deleteOne(quint32(m_random()));
         } else {
@@ -83,8 +85,7 @@ private:
         }
     }
 
-    // By value: what is copied again stands in the list that grows here.
-    void captureText(QString text) {
+    void captureText(const QString& text) {
         m_contents.append(text);
         (void)m_saver.saveTextClip(text, std::nullopt);
         reportStored(text.toUtf8());
