@@ -94,9 +94,10 @@ void OverlayPanelController::toggle() {
         return;
     }
     m_lastToggleTime = now;
-    if (m_isVisible) {
-        hide();
-    } else {
+    // A window manager that starts or ends may have taken the window off the screen.
+    const bool isSeen = m_isVisible && m_panel->windowHandle()->isExposed();
+    hide();
+    if (!isSeen) {
         show();
     }
 }
