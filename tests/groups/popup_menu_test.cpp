@@ -138,6 +138,7 @@ TEST_F(PopupMenuTest, ClicksTriggerButNotOnSeparatorsAndDisabledEntries) {
 
 TEST_F(PopupMenuTest, ALongMenuScrollsToWhatTheKeysReach) {
     std::vector<MenuEntry> entries;
+    entries.reserve(40);
     for (int i = 0; i < 40; ++i) {
         entries.push_back(entry(QString::number(i)));
     }

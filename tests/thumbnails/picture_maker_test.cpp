@@ -64,7 +64,7 @@ public:
 TEST(PictureMaker, DecodesNoMoreThanTwiceThePlaceAndKnowsTheTrueSize) {
     NotingCodec codec;
     const DocumentReader documents;
-    const QByteArray jpeg = *codec.encodeJpeg(plain({4000, 3000}), 0.5);
+    QByteArray jpeg = *codec.encodeJpeg(plain({4000, 3000}), 0.5);
     const PictureMaker maker{codec, documents, [&](const QUuid&, ClipAttribute) { return jpeg; }};
     PictureRequest request;
     request.pixels = QSize(200, 150);
