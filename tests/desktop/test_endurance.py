@@ -20,7 +20,7 @@ from process_figures import (  # noqa: E402
 
 COPIES = int(os.environ.get("QUILLO_COPIES", "1500"))
 SHOWS = int(os.environ.get("QUILLO_SHOWS", "20"))
-FAST_SHOWS = int(os.environ.get("QUILLO_FAST_SHOWS", "700"))
+FAST_SHOWS = int(os.environ.get("QUILLO_FAST_SHOWS", "1300"))
 QUIET_SECONDS = float(os.environ.get("QUILLO_QUIET_SECONDS", "10"))
 AFTER_EACH_KIND = QUIET_SECONDS > 10
 FIGURES = os.environ.get("QUILLO_FIGURES")  # A file that gets what was measured.
@@ -29,8 +29,8 @@ HISTORY = 500
 CHECKPOINTS = (100, 200, 500, 1000, 1500, 2000, 5000, 10_000, 20_000, 50_000, 100_000)
 # By then the history is full, so that each copy drops one, and the largest picture was there.
 WARM_COPIES = 1000
-# By then the texts that the cards keep laid out have reached their number.
-WARM_SHOWS = 500
+# By then the texts that the cards keep laid out and the pictures have reached their bounds.
+WARM_SHOWS = 1000
 # How much more than after the warm-up is no growth: the allocator's and the kernel's rounding.
 MEMORY_SLACK_KB = 6 * 1024
 # Lines of the change log and tombstones are about this long, and 10,000 of each are kept.
