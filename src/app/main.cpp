@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include <malloc.h>
-
 #include <QApplication>
 #include <QStandardPaths>
 
+#include "app/allocator.h"
 #include "app/app_delegate.h"
 #include "app/exit_guard.h"
 #include "app/instance_lock.h"
@@ -14,13 +13,6 @@ namespace {
 
 QUILLO_LOG_CATEGORY(lcMain, "main")
 
-// A copied picture passes through several buffers of megabytes. glibc keeps such blocks for itself
-// once it has seen one freed, unless the threshold is set: then each goes back when it is freed.
-void returnLargeBlocksToTheSystem() {
-    constexpr int kLargeBlockBytes = 256 * 1024;
-    mallopt(M_MMAP_THRESHOLD, kLargeBlockBytes);
-}
-
 QString lockFolder() {
     const QString runtime = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
     return runtime.isEmpty() ? QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)
@@ -30,7 +22,7 @@ QString lockFolder() {
 }  // namespace
 
 int main(int argc, char** argv) {
-    returnLargeBlocksToTheSystem();
+    quillo::returnLargeBlocksToTheSystem();
     quillo::installLogHandler();
     qCInfo(lcMain, "Starting Quillo application");
     quillo::TerminationSignals::block();

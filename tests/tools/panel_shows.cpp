@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <string>
 
+#include "app/allocator.h"
 #include "app/desktop_services.h"
 #include "base/clock.h"
 #include "capture/clip_saver.h"
@@ -111,6 +112,7 @@ bool showAndHide(PanelOnDesktop& panel, int times) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    quillo::returnLargeBlocksToTheSystem();
     const QApplication application(argc, argv);
     if (argc != 1) {
         std::fputs(kUsage, stderr);
