@@ -150,6 +150,12 @@ class ShowsTest(HistoryTest):
         self.panel.stdin.write("0\n")
         self.assertEqual(self.panel.stdout.readline().strip(), "done")
         self.owner = FastOwner(self.desktop, "--save-each")
+        wait_for(self.is_saved, "the clipboard manager")
+
+    def is_saved(self):
+        """Copies; the program that just started may not be the clipboard manager yet."""
+        self.owner.copy(self.copies.contents(0))
+        return self.owner.line() == "asked" and self.owner.line() == "saved"
 
     def show_while_copying(self, shows):
         self.panel.stdin.write(f"{shows}\n")
