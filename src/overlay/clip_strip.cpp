@@ -18,20 +18,12 @@ namespace quillo {
 namespace {
 
 // One notch of a wheel moves about one card.
-constexpr double kPixelsPerWheelUnit = (StripLayout::kCardWidth + StripLayout::kSpacing) / 120.0;
+constexpr double kPixelsPerWheelUnit = StripLayout::kStep / 120.0;
 // A drag this near to an end of the strip scrolls it.
 constexpr int kEdge = 48;
 constexpr int kEdgeStep = 14;
 constexpr int kEdgeIntervalMs = 16;
 constexpr double kDraggedScale = 0.5;
-
-QList<QUuid> idsOf(const QList<CardContent>& cards) {
-    QList<QUuid> ids;
-    for (const CardContent& card : cards) {
-        ids.append(card.clip);
-    }
-    return ids;
-}
 
 }  // namespace
 
@@ -74,8 +66,7 @@ QRect ClipStrip::cardRect(int index) const {
 }
 
 int ClipStrip::cardsPerPage() const {
-    constexpr int kStep = StripLayout::kCardWidth + StripLayout::kSpacing;
-    return std::max(1, (width() - StripLayout::kSidePadding) / kStep);
+    return std::max(1, (width() - StripLayout::kSidePadding) / StripLayout::kStep);
 }
 
 void ClipStrip::selectCard(int index) {
@@ -110,7 +101,7 @@ void ClipStrip::prepareFirstCards() {
 }
 
 void ClipStrip::clipsChanged() {
-    const QList<QUuid> before = std::exchange(m_shown, idsOf(m_clips.cards()));
+    const QList<QUuid> before = std::exchange(m_shown, m_clips.cardIds());
     m_selectedIndex = std::clamp(m_selectedIndex, 0, std::max(0, int(m_shown.size()) - 1));
     m_scroller.setLimit(layout().maxScroll());
     m_hovered = {};

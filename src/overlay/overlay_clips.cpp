@@ -213,6 +213,14 @@ void OverlayClips::show(QList<std::shared_ptr<Clip>> clips) {
     Q_EMIT refreshed();
 }
 
+QList<QUuid> OverlayClips::cardIds() const {
+    QList<QUuid> ids;
+    for (const CardContent& card : m_cards) {
+        ids.append(card.clip);
+    }
+    return ids;
+}
+
 QList<ClipTypeCount> OverlayClips::typeCounts() const {
     QList<ClipTypeCount> counts;
     for (const ClipType type : kClipTypes) {

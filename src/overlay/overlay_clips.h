@@ -42,6 +42,8 @@ public:
     [[nodiscard]] const QList<std::shared_ptr<Clip>>& clips() const { return m_clips; }
     /// One for each clip, in the same order.
     [[nodiscard]] const QList<CardContent>& cards() const { return m_cards; }
+    /// The clips of the cards, in the same order.
+    [[nodiscard]] QList<QUuid> cardIds() const;
     /// The length of the visible list.
     [[nodiscard]] qsizetype total() const { return m_total; }
     /// In the kinds' order, without those that the visible list has none of.

@@ -181,7 +181,6 @@ void OverlayPanelController::connectStrip() {
     connect(m_popups, &OverlayPopups::pinToggled, this,
             [this](const QUuid& clip) { m_actions.togglePin(clip); });
     connect(m_popups, &OverlayPopups::deleteRequested, this, &OverlayPanelController::deleteClip);
-    m_view->setTips(m_popups->tips());
 }
 
 // Loads the fonts and symbols, lays the view out and asks for the first pictures, so that the first
@@ -324,14 +323,6 @@ void OverlayPanelController::compositingChanged() {
     }
 }
 
-QList<QUuid> OverlayPanelController::shownClips() const {
-    QList<QUuid> ids;
-    for (const CardContent& card : m_clips.cards()) {
-        ids.append(card.clip);
-    }
-    return ids;
-}
-
 QUuid OverlayPanelController::clipAt(int index) const {
     return m_clips.cards().value(index).clip;
 }
@@ -345,7 +336,7 @@ void OverlayPanelController::clipsRefreshed() {
         return;
     }
     // A card that the person moved to stays the selected one when others come before it.
-    m_selection.follow(shownClips());
+    m_selection.follow(m_clips.cardIds());
     m_view->strip().setSelectedIndex(m_selection.index());
 }
 
@@ -369,7 +360,7 @@ void OverlayPanelController::showLock() {
 }
 
 void OverlayPanelController::selectItem(int index) {
-    m_selection.select(index, shownClips());
+    m_selection.select(index, m_clips.cardIds());
     if (m_view != nullptr) {
         m_view->strip().selectCard(index);
     }

@@ -116,7 +116,6 @@ private:
     void openCardMenu(int index, const QRect& anchorInStrip);
     [[nodiscard]] QRect inPanel(const QRect& inStrip) const;
     [[nodiscard]] QUuid clipAt(int index) const;
-    [[nodiscard]] QList<QUuid> shownClips() const;
     [[nodiscard]] QScreen* mainScreen() const;
     [[nodiscard]] bool handleKey(const QKeyEvent& event);
     void act(const PanelKeyAction& action, const QString& typed);

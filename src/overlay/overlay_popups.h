@@ -26,7 +26,6 @@ public:
 
     void setColors(const Palette& colors);
     [[nodiscard]] const Palette& colors() const { return m_colors; }
-    [[nodiscard]] PanelTips* tips() { return m_tips; }
 
     // Anchors are in the panel's coordinates.
     void openCardMenu(const CardContent& card, const QRect& anchor);

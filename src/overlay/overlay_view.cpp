@@ -7,7 +7,6 @@
 #include <algorithm>
 
 #include "library/groups/chip_row.h"
-#include "library/groups/panel_tips.h"
 #include "library/groups/popup.h"
 #include "overlay/panel_geometry.h"
 #include "overlay/search_field.h"
@@ -42,9 +41,6 @@ void OverlayView::setLook(const PanelLook& look, TypeBadges::KindColor kindColor
     m_bar->setColors(m_colors, std::move(kindColor));
     m_strip->setLook(look);
     m_hints->setColors(m_colors);
-    if (m_tips != nullptr) {
-        m_tips->setColors(m_colors);
-    }
     update();
 }
 

@@ -11,8 +11,6 @@
 
 namespace quillo {
 
-class PanelTips;
-
 /// What is inside the panel: the bar, the strip of cards and the line of key hints, on a ground
 /// with round corners. A drag by the ground moves the panel unless it is locked.
 class OverlayView final : public QWidget {
@@ -30,8 +28,6 @@ public:
     /// Back to how it looks when it is first shown.
     void reset();
     void setLook(const PanelLook& look, TypeBadges::KindColor kindColor);
-    /// The tips inside the panel take its colours.
-    void setTips(PanelTips* tips) { m_tips = tips; }
 
     /// Which part has the keyboard.
     [[nodiscard]] PanelFocus focus() const;
@@ -50,7 +46,6 @@ private:
     OverlayBar* m_bar;
     ClipStrip* m_strip;
     HintsLine* m_hints;
-    PanelTips* m_tips = nullptr;
     Palette m_colors = PanelLook().palette();
 };
 

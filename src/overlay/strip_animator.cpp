@@ -66,8 +66,8 @@ int StripAnimator::offsetOf(const QUuid& clip) const {
     if (!isMoving()) {
         return 0;
     }
-    constexpr int kStep = StripLayout::kCardWidth + StripLayout::kSpacing;
-    return int(std::lround(m_shifts.value(clip) * kStep * m_progress.currentValue().toDouble()));
+    return int(std::lround(m_shifts.value(clip) * StripLayout::kStep *
+                           m_progress.currentValue().toDouble()));
 }
 
 }  // namespace quillo

@@ -4,12 +4,6 @@
 #include <algorithm>
 
 namespace quillo {
-namespace {
-
-constexpr int kStep = StripLayout::kCardWidth + StripLayout::kSpacing;
-
-}  // namespace
-
 QRect StripLayout::cardRect(int index) const {
     return {index * kStep + kSidePadding, kTopPadding, kCardWidth, kCardHeight};
 }

@@ -12,6 +12,7 @@ struct StripLayout {
     static constexpr int kCardWidth = 280;
     static constexpr int kCardHeight = 240;
     static constexpr int kSpacing = 12;
+    static constexpr int kStep = kCardWidth + kSpacing;  ///< From one card to the next.
     static constexpr int kSidePadding = 16;
     static constexpr int kTopPadding = 12;
     static constexpr int kHeight = 256;

@@ -18,8 +18,6 @@ public:
     /// Takes over that others are shown now. A selected clip that is gone leaves the selection to
     /// the card in its place, the last one where none is.
     void follow(const QList<QUuid>& shown);
-    /// True when the person moved the selection.
-    [[nodiscard]] bool isMoved() const { return !m_clip.isNull(); }
 
 private:
     int m_index = 0;
