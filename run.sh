@@ -23,7 +23,7 @@ cmake --preset release >/dev/null
 cmake --build --preset release
 
 if [ "$session" = private ]; then
-    exec tests/desktop/with_display /usr/bin/python3 tests/desktop/demo.py \
+    exec tests/desktop/with_display /usr/bin/python3 scripts/demo.py \
         --program "$PWD/build/release/src/app/quillo" --screenshots "$PWD/screenshots"
 fi
 exec build/release/src/app/quillo

@@ -22,4 +22,5 @@ else
     selection=(-LE 'big|kill|endurance|overlay')
 fi
 scripts/check_tidy.sh build/dev
-ctest --preset dev "${selection[@]}" --no-tests=error
+# Two at a time; what measures time, memory or rest runs alone.
+ctest --preset dev "${selection[@]}" --no-tests=error -j "${QUILLO_TEST_JOBS:-2}"

@@ -14,13 +14,14 @@ FLOORS = {
     "paste": 3,
     "appearance": 3,
     "library/groups": 4,
+    "library/list": 4,
     "library/thumbnails": 4,
     "overlay": 5,
     "library/window": 5,
     "hotkey": 6,
     "app": 7,
 }
-BACK_ENDS = ("platform/x11", "platform/wayland", "platform/freedesktop")
+BACK_ENDS = ("platform/x11", "platform/wayland", "platform/freedesktop", "platform/tray")
 INCLUDE = re.compile(r'^\s*#include "([^"]+)"', re.MULTILINE)
 
 

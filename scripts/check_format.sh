@@ -6,7 +6,7 @@ set -eu
 cd "$(dirname "$0")/.."
 mode=(--dry-run --Werror)
 [ "${1:-}" != --fix ] || mode=(-i)
-mapfile -t sources < <(find src tests bench fuzz -name '*.h' -o -name '*.cpp' | sort)
+mapfile -t sources < <(find src resources tests bench fuzz -name '*.h' -o -name '*.cpp' | sort)
 clang-format-19 "${mode[@]}" "${sources[@]}"
 missing=$(grep -L 'SPDX-License-Identifier: MIT' "${sources[@]}" || true)
 if [ -n "$missing" ]; then

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <QApplication>
 #include <QStandardPaths>
+#include <chrono>
 
 #include "app/allocator.h"
 #include "app/app_delegate.h"
@@ -8,6 +9,8 @@
 #include "app/instance_lock.h"
 #include "app/termination_signals.h"
 #include "base/logging.h"
+#include "platform/freedesktop/dbus_application_service.h"
+#include "platform/freedesktop/session_bus.h"
 
 namespace {
 
@@ -19,6 +22,25 @@ QString lockFolder() {
                              : runtime;
 }
 
+// Without an address the bus library starts a bus of its own, for whoever asks first; Qt does.
+void keepFromStartingABus() {
+    if (quillo::sessionBusAddress().isEmpty()) {
+        qputenv("DBUS_SESSION_BUS_ADDRESS", "disabled:");
+    }
+}
+
+int raiseTheRunningOne() {
+    using namespace std::chrono_literals;
+    const auto raised = quillo::activateRunningApplication(3s);
+    if (raised) {
+        qCInfo(lcMain, "Quillo is already running: it shows its library");
+    } else {
+        qCInfo(lcMain, "Quillo is already running and cannot be told to show itself: %s",
+               qUtf8Printable(raised.error().text));
+    }
+    return 0;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -26,6 +48,7 @@ int main(int argc, char** argv) {
     quillo::installLogHandler();
     qCInfo(lcMain, "Starting Quillo application");
     quillo::TerminationSignals::block();
+    keepFromStartingABus();
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") && !qEnvironmentVariableIsEmpty("DISPLAY")) {
         qputenv("QT_QPA_PLATFORM", "xcb");
     }
@@ -34,13 +57,12 @@ int main(int argc, char** argv) {
     QApplication::setStyle(QStringLiteral("Fusion"));
     QApplication application(argc, argv);
     const quillo::TerminationSignals signalHandler([] { QCoreApplication::quit(); });
-    QGuiApplication::setDesktopFileName(QStringLiteral("quillo"));
+    QGuiApplication::setDesktopFileName(quillo::kApplicationId);
     QGuiApplication::setQuitOnLastWindowClosed(false);
 
     const quillo::Result<quillo::InstanceLock> lock = quillo::InstanceLock::acquire(lockFolder());
     if (!lock && lock.error().kind == quillo::ErrorKind::Busy) {
-        qCInfo(lcMain, "Quillo is already running");
-        return 0;
+        return raiseTheRunningOne();
     }
     quillo::AppDelegate delegate;
     const quillo::ExitGuard exitGuard([&delegate] { delegate.endWithoutDisplay(); });

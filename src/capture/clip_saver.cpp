@@ -3,6 +3,7 @@
 
 #include "base/logging.h"
 #include "capture/html_plain_text.h"
+#include "capture/link_preview_fetcher.h"
 #include "capture/sensitive_filter.h"
 #include "capture/web_link.h"
 #include "model/clip_history.h"
@@ -62,6 +63,7 @@ void fillFileClip(Clip& clip, const QUrl& url) {
 struct ClipSaver::Kind {
     const char* word;
     const char* duplicateMessage;
+    bool isLink = false;
 };
 
 struct ClipSaver::Capture {
@@ -124,7 +126,7 @@ void ClipSaver::saveHtmlClip(QByteArray document, std::optional<QString> source)
 }
 
 void ClipSaver::saveUrlClip(QString text, std::optional<QString> source) {
-    static constexpr Kind kKind{"URL", "Duplicate URL clip found, skipping"};
+    static constexpr Kind kKind{"URL", "Duplicate URL clip found, skipping", true};
     const qint64 sizeBytes = text.size() * 2;
     store(kKind, std::move(source), sizeBytes, [text = std::move(text)]() -> Content {
         return {text.toUtf8(), [text](Clip& clip) {
@@ -170,10 +172,12 @@ void ClipSaver::store(const Kind& kind, std::optional<QString> source, qint64 si
 }
 
 Result<void> ClipSaver::storeNow(ObjectContext& context, const Capture& capture) {
+    QUuid id;
     const Result<StoreOutcome> outcome =
         insertOrBump(context, capture.digest, FixedClock(capture.moment), [&](Clip& clip) {
             clip.setSourceBundleId(capture.source);
             capture.content->fill(clip);
+            id = clip.id();
         });
     if (!outcome) {
         if (outcome.error().kind != ErrorKind::Busy) {
@@ -185,6 +189,9 @@ Result<void> ClipSaver::storeNow(ObjectContext& context, const Capture& capture)
         qCInfo(lcWatcher, "%s", capture.kind.duplicateMessage);
     } else {
         followUp(context, capture.kind);
+        if (capture.kind.isLink) {
+            askForPreview(id);
+        }
     }
     return {};
 }
@@ -196,6 +203,13 @@ void ClipSaver::followUp(ObjectContext& context, const Kind& kind) {
     (void)enforceHistoryLimit(context, limit);
     QMetaObject::invokeMethod(
         &m_services.notifications, [this] { refreshViewContext(); }, Qt::QueuedConnection);
+}
+
+void ClipSaver::askForPreview(const QUuid& link) {
+    if (m_services.linkPreviews != nullptr &&
+        m_services.defaults.boolean(QStringLiteral("fetchLinkPreviews")).value_or(true)) {
+        m_services.linkPreviews->fetchPreview(link);
+    }
 }
 
 void ClipSaver::refreshViewContext() {

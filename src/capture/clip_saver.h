@@ -5,6 +5,7 @@
 #include <QList>
 #include <QString>
 #include <QUrl>
+#include <QUuid>
 #include <functional>
 #include <optional>
 
@@ -17,6 +18,8 @@
 
 namespace quillo {
 
+class LinkPreviewFetcher;
+
 /// What a clip saver needs; everything must outlive it.
 struct ClipSaverServices {
     PersistenceController& persistence;
@@ -24,6 +27,8 @@ struct ClipSaverServices {
     NotificationCenter& notifications;
     const RichTextReader& richText;
     const Clock& clock;
+    /// Told of every new link unless the person has turned "fetchLinkPreviews" off.
+    LinkPreviewFetcher* linkPreviews = nullptr;
 };
 
 /// Turns one captured representation into a stored clip: a digest of the content finds a repeated
@@ -60,6 +65,7 @@ private:
     [[nodiscard]] Result<void> storeNow(ObjectContext& context, const Capture& capture);
     void followUp(ObjectContext& context, const Kind& kind);
     void refreshViewContext();
+    void askForPreview(const QUuid& link);
 
     ClipSaverServices m_services;
 };

@@ -44,7 +44,15 @@ std::optional<QByteArray> fileBytes(const QString& path) {
 
 }  // namespace
 
+CaptureSwitches captureSwitches(const UserDefaults& defaults) {
+    return {defaults.boolean(QStringLiteral("captureImages")).value_or(true),
+            defaults.boolean(QStringLiteral("captureFiles")).value_or(true)};
+}
+
 CaptureKind captureKind(const PasteboardSnapshot& snapshot) {
+    if (snapshot.isUnwanted) {
+        return CaptureKind::Unwanted;
+    }
     if (snapshot.imageData) {
         return CaptureKind::Image;
     }
@@ -64,20 +72,45 @@ CaptureKind captureKind(const PasteboardSnapshot& snapshot) {
 }
 
 PasteboardSnapshotReader::PasteboardSnapshotReader(PasteboardReading& reading,
-                                                   const ImageCodec& codec)
-    : m_reading(reading), m_codec(codec) {}
+                                                   const ImageCodec& codec,
+                                                   CaptureSwitches switches)
+    : m_reading(reading), m_codec(codec), m_switches(switches) {}
 
 PasteboardSnapshot PasteboardSnapshotReader::readSnapshot() {
     PasteboardSnapshot snapshot;
     snapshot.fileUrls = readFileUrls();
-    NamedImage image = readImage(snapshot.fileUrls);
-    snapshot.imageData = std::move(image.data);
-    snapshot.imageFileName = std::move(image.fileName);
+    if (m_switches.images) {
+        NamedImage image = readImage(snapshot.fileUrls);
+        snapshot.imageData = std::move(image.data);
+        snapshot.imageFileName = std::move(image.fileName);
+    }
+    snapshot.isUnwanted = isSwitchedOff(snapshot);
+    if (snapshot.isUnwanted) {
+        return snapshot;
+    }
     snapshot.rtfData = m_reading.data(PasteboardType::Rtf);
     snapshot.htmlData = m_reading.data(PasteboardType::Html);
     snapshot.urlString = readUrlString();
     snapshot.plainText = m_reading.string(PasteboardType::String);
     return snapshot;
+}
+
+bool PasteboardSnapshotReader::isSwitchedOff(const PasteboardSnapshot& snapshot) {
+    if (snapshot.fileUrls) {
+        return !m_switches.files && !snapshot.imageData;
+    }
+    return !m_switches.images && holdsPicture();
+}
+
+// Some programs offer pictures and then refuse them, or give what is none: a look at the bytes
+// tells that from a picture whose text is only its address.
+bool PasteboardSnapshotReader::holdsPicture() {
+    const auto isPicture = [this](const std::optional<QByteArray>& bytes) {
+        return bytes && m_codec.size(*bytes).has_value();
+    };
+    return isPicture(m_reading.data(PasteboardType::Png)) ||
+           isPicture(m_reading.data(PasteboardType::Tiff)) ||
+           isPicture(m_reading.data(PasteboardType::Jpeg)) || isPicture(m_reading.anyImage());
 }
 
 std::optional<QList<QUrl>> PasteboardSnapshotReader::readFileUrls() {

@@ -113,7 +113,8 @@ bool PasteboardWatcher::capture(PasteboardReading& reading) {
     }
     qCDebug(lcWatcher, "Available types: %s", qUtf8Printable(types.join(QStringLiteral(", "))));
     const PasteboardSnapshot snapshot =
-        PasteboardSnapshotReader(reading, m_services.images).readSnapshot();
+        PasteboardSnapshotReader(reading, m_services.images, captureSwitches(m_services.defaults))
+            .readSnapshot();
     logSnapshot(snapshot);
     if (reading.wasSuperseded()) {
         // Parts of it may be missing; the newer copy has armed the next tick.
@@ -160,6 +161,9 @@ bool PasteboardWatcher::dispatch(const PasteboardSnapshot& snapshot,
         case CaptureKind::Text:
             qCInfo(lcWatcher, "Detected: TEXT");
             return saver.saveTextClip(*snapshot.plainText, source);
+        case CaptureKind::Unwanted:
+            qCInfo(lcWatcher, "Skipping a kind that is switched off");
+            return false;
         case CaptureKind::Nothing:
             qCCritical(lcWatcher, "No recognized content type found");
             return false;

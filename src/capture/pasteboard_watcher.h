@@ -9,6 +9,7 @@
 #include "platform/image_codec.h"
 #include "platform/pasteboard.h"
 #include "platform/tick_timer.h"
+#include "platform/user_defaults.h"
 #include "platform/workspace.h"
 
 namespace quillo {
@@ -20,6 +21,7 @@ struct PasteboardWatcherServices {
     TickTimer& timer;
     ClipSaver& saver;
     const ImageCodec& images;
+    const UserDefaults& defaults;
 };
 
 /// The capture loop. Changes of the pasteboard arm a tick on a 150 ms grid; the tick reads the

@@ -6,18 +6,27 @@
 
 #include "hotkey/hotkey_config.h"
 #include "overlay/overlay_panel_controller.h"
+#include "platform/workspace.h"
 
 namespace quillo {
 
+/// What the manager needs; everything must outlive it.
+struct HotkeyServices {
+    HotKeys& hotKeys;
+    UserDefaults& defaults;
+    Workspace& workspace;
+};
+
 /// Owns the system-wide shortcut and the overlay's controller that it toggles. A shortcut that is
-/// edited in the settings by hand takes effect at once, as a stored one does at the start. Main
-/// thread.
+/// edited in the settings by hand takes effect at once, as a stored one does at the start. One that
+/// another program owns is tried again whenever another window becomes active: that program may
+/// have ended. Main thread.
 class HotkeyManager final : public QObject {
     Q_OBJECT
 
 public:
-    /// Registers the stored shortcut. hotKeys and defaults must outlive the manager.
-    HotkeyManager(HotKeys& hotKeys, UserDefaults& defaults,
+    /// Registers the stored shortcut.
+    HotkeyManager(HotkeyServices services,
                   std::unique_ptr<OverlayPanelController> overlayController,
                   QObject* parent = nullptr);
     ~HotkeyManager() override;
@@ -28,6 +37,13 @@ public:
 
     /// Applies and stores Shift-Command-V without a check.
     void resetToDefault();
+
+    /// Tries once more to register a shortcut that is not; for when somebody looks.
+    void retryIfDisabled();
+
+    /// Lifts (true) or restores (false) the shortcut's grab, so that its keys can be recorded. What
+    /// the settings say meanwhile takes effect afterwards.
+    void setSuspended(bool isSuspended);
 
     /// True while the shortcut is registered.
     [[nodiscard]] bool isEnabled() const { return m_registration != nullptr; }
@@ -41,14 +57,18 @@ Q_SIGNALS:
 private:
     void apply(const HotkeyConfig& config);
     void replace(const HotkeyConfig& config);
-    void registerShortcut(const HotkeyConfig& config);
+    void registerShortcut();
+    [[nodiscard]] Result<void> tryToRegister();
+    void watchWhileTaken(bool isTaken);
     void settingEdited(const QString& key);
+    void takeStored();
 
-    HotKeys& m_hotKeys;
-    UserDefaults& m_defaults;
+    HotkeyServices m_services;
     std::unique_ptr<OverlayPanelController> m_overlayController;
     HotkeyConfig m_currentConfig;
     std::unique_ptr<HotKeyRegistration> m_registration;
+    std::unique_ptr<ActivationWatch> m_watch;  ///< Only while another program owns the shortcut.
+    bool m_isSuspended = false;
     bool m_isWriting = false;  ///< What changes now in the settings is ours.
 };
 

@@ -5,6 +5,7 @@
 
 #include "appearance/fonts.h"
 #include "appearance/symbols.h"
+#include "library/groups/form_controls.h"
 
 namespace quillo {
 namespace {
@@ -18,9 +19,10 @@ constexpr double kDisabledOpacity = 0.45;
 }  // namespace
 
 BarButton::BarButton(const QString& symbol, QWidget* parent)
-    : QAbstractButton(parent), m_symbol(symbol) {
+    : PanelButton(QAccessible::PushButton, parent), m_symbol(symbol) {
     setFont(sizedFont(font(), 12, QFont::Normal));
     setFocusPolicy(Qt::TabFocus);
+    setAttribute(Qt::WA_Hover);
     setCursor(Qt::ArrowCursor);
 }
 
@@ -58,9 +60,7 @@ void BarButton::paintEvent(QPaintEvent* /*event*/) {
         painter.drawRoundedRect(ground, kRadius, kRadius);
     }
     if (hasFocus()) {
-        painter.setPen(QPen(m_colors.accent, 2));
-        painter.setBrush(Qt::NoBrush);
-        painter.drawRoundedRect(ground, kRadius, kRadius);
+        paintFocusRing(painter, rect(), kRadius, m_colors.accent);
     }
     painter.setOpacity(isEnabled() ? 1.0 : kDisabledOpacity);
     const QColor ink = underMouse() && isEnabled() ? m_colors.primaryText : m_colors.secondaryText;
@@ -71,14 +71,6 @@ void BarButton::paintEvent(QPaintEvent* /*event*/) {
         painter.drawText(rect().adjusted(kPadding + kSymbolSize + kGap, 0, 0, 0),
                          Qt::AlignLeft | Qt::AlignVCenter, text());
     }
-}
-
-void BarButton::enterEvent(QEnterEvent* /*event*/) {
-    update();
-}
-
-void BarButton::leaveEvent(QEvent* /*event*/) {
-    update();
 }
 
 }  // namespace quillo

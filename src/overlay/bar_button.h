@@ -1,15 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QAbstractButton>
-
 #include "appearance/palette.h"
+#include "library/groups/panel_button.h"
 
 namespace quillo {
 
 /// A flat button with a symbol and, if wanted, a label; lights up under the pointer and shows its
 /// focus.
-class BarButton final : public QAbstractButton {
+class BarButton final : public PanelButton {
     Q_OBJECT
 
 public:
@@ -26,8 +25,6 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
-    void enterEvent(QEnterEvent* event) override;
-    void leaveEvent(QEvent* event) override;
 
 private:
     QString m_symbol;

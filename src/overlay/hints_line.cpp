@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "overlay/hints_line.h"
 
-#include <QAbstractButton>
 #include <QAccessible>
 #include <QLabel>
 #include <QPainter>
@@ -9,6 +8,8 @@
 #include <utility>
 
 #include "appearance/fonts.h"
+#include "library/groups/form_controls.h"
+#include "overlay/text_color.h"
 
 namespace quillo {
 namespace {
@@ -18,6 +19,7 @@ constexpr int kGapWithinHint = 4;
 constexpr int kGapBeforeUndo = 8;
 constexpr int kButtonPadding = 8;
 constexpr int kButtonHeight = 20;
+constexpr qreal kRadius = 6;
 
 using Hint = std::pair<const char*, const char*>;
 constexpr std::array<Hint, 3> kHints = {Hint{"arrows", "Navigate"}, Hint{"return", "Paste"},
@@ -26,9 +28,11 @@ constexpr std::array<Hint, 3> kHints = {Hint{"arrows", "Navigate"}, Hint{"return
 }  // namespace
 
 /// A word that can be pressed.
-class LinkButton final : public QAbstractButton {
+class LinkButton final : public PanelButton {
 public:
-    using QAbstractButton::QAbstractButton;
+    explicit LinkButton(QWidget* parent) : PanelButton(QAccessible::PushButton, parent) {
+        setAttribute(Qt::WA_Hover);
+    }
 
     void setColors(const Palette& colors) {
         m_colors = colors;
@@ -42,9 +46,12 @@ protected:
     void paintEvent(QPaintEvent* /*event*/) override {
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
-        painter.setPen(hasFocus() ? QPen(m_colors.accent, 2) : QPen(Qt::NoPen));
+        painter.setPen(Qt::NoPen);
         painter.setBrush(m_colors.field);
-        painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), 6, 6);
+        painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), kRadius, kRadius);
+        if (hasFocus()) {
+            paintFocusRing(painter, rect(), kRadius, m_colors.accent);
+        }
         painter.setPen(m_colors.primaryText);
         painter.drawText(rect(), Qt::AlignCenter, text());
     }
@@ -75,9 +82,7 @@ QWidget* HintsLine::undoButton() const {
 
 void HintsLine::setColors(const Palette& colors) {
     m_colors = colors;
-    QPalette palette = m_message->palette();
-    palette.setColor(QPalette::WindowText, colors.primaryText);
-    m_message->setPalette(palette);
+    setTextColor(*m_message, colors.primaryText);
     m_undo->setColors(colors);
     update();
 }

@@ -10,6 +10,7 @@
 #include "library/groups/chip_row.h"
 #include "overlay/bar_button.h"
 #include "overlay/search_field.h"
+#include "overlay/text_color.h"
 
 namespace quillo {
 namespace {
@@ -19,12 +20,6 @@ namespace {
 constexpr int kTitleBlockWidth = 301;
 constexpr int kTotalWidth = 92;
 constexpr int kButtonGap = 8;
-
-void setTextColor(QWidget* widget, const QColor& color) {
-    QPalette palette = widget->palette();
-    palette.setColor(QPalette::WindowText, color);
-    widget->setPalette(palette);
-}
 
 QString totalText(qsizetype total) {
     return QStringLiteral("· %1 total").arg(QLocale().toString(total));
@@ -83,14 +78,18 @@ QList<QWidget*> OverlayBar::controls() const {
 }
 
 void OverlayBar::setCounts(qsizetype total, const QList<ClipTypeCount>& counts) {
-    m_total->setText(totalText(total));
-    m_badges->setCounts(counts);
-    if (m_total->accessibleName() != spokenTotal(total)) {
-        m_total->setAccessibleName(spokenTotal(total));
-        if (isVisible() && QAccessible::isActive()) {
-            QAccessibleEvent changed(m_total, QAccessible::NameChanged);
-            QAccessible::updateAccessibility(&changed);
+    const bool areOthers = m_badges->setCounts(counts);
+    if (m_total->accessibleName() == spokenTotal(total)) {
+        if (areOthers) {
+            layOut();
         }
+        return;
+    }
+    m_total->setText(totalText(total));
+    m_total->setAccessibleName(spokenTotal(total));
+    if (isVisible() && QAccessible::isActive()) {
+        QAccessibleEvent changed(m_total, QAccessible::NameChanged);
+        QAccessible::updateAccessibility(&changed);
     }
     layOut();
 }
@@ -112,8 +111,8 @@ void OverlayBar::setSettingsAvailable(bool isAvailable) {
 }
 
 void OverlayBar::setColors(const Palette& colors, TypeBadges::KindColor kindColor) {
-    setTextColor(m_name, colors.primaryText);
-    setTextColor(m_total, colors.secondaryText);
+    setTextColor(*m_name, colors.primaryText);
+    setTextColor(*m_total, colors.secondaryText);
     m_badges->setColors(colors.secondaryText, std::move(kindColor));
     m_search->setColors(colors);
     m_chips->setColors(colors);

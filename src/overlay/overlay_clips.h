@@ -68,6 +68,9 @@ public:
     /// The cards do not yet answer the criteria.
     [[nodiscard]] bool isPending() const { return m_isPending; }
 
+    /// What it searches with, for others to share.
+    [[nodiscard]] ClipSearch& search() { return m_search; }
+
     /// What to say where there are no cards.
     [[nodiscard]] EmptyState emptyState() const;
 

@@ -51,6 +51,9 @@ OverlayPanelController::OverlayPanelController(OverlayPanelServices services, QO
             &CardPictures::takeChanges);
     connect(&m_services.persistence.viewContext(), &ObjectContext::changed, this,
             [this](const ChangeSet& changes) {
+                m_deletions.forget([&changes](const QUuid& clip) {
+                    return changes.deleted.contains(ObjectId{Entity::Clip, clip});
+                });
                 if (m_view != nullptr && (changes.everything || !changes.deleted.isEmpty())) {
                     m_view->strip().forgetTexts();
                 }

@@ -88,6 +88,8 @@ public:
     [[nodiscard]] bool isPositionLocked() const override { return m_placement.isLocked(); }
     [[nodiscard]] std::optional<QPointF> customOrigin() const { return m_placement.customOrigin(); }
     [[nodiscard]] const OverlayClips& clips() const { return m_clips; }
+    /// What the panel searches with, for other lists to share.
+    [[nodiscard]] ClipSearch& search() { return m_clips.search(); }
     /// None before it is made.
     [[nodiscard]] OverlayPanel* panel() { return m_panel.get(); }
 

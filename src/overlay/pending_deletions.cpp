@@ -38,9 +38,16 @@ void PendingDeletions::complete() {
         return;
     }
     // Out of the store before they are let go: nobody sees them come back in between.
-    m_delete(m_clips);
-    m_clips.clear();
-    Q_EMIT changed();
+    m_delete(QList<QUuid>(m_clips));
+    if (!std::exchange(m_clips, {}).isEmpty()) {
+        Q_EMIT changed();
+    }
+}
+
+void PendingDeletions::forget(const std::function<bool(const QUuid&)>& isGone) {
+    if (m_clips.removeIf(isGone) > 0) {
+        Q_EMIT changed();
+    }
 }
 
 }  // namespace quillo

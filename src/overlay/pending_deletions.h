@@ -29,6 +29,8 @@ public:
     void undo();
     /// Everything that is pending is deleted now.
     void complete();
+    /// What somebody else has deleted meanwhile cannot come back.
+    void forget(const std::function<bool(const QUuid&)>& isGone);
 
     [[nodiscard]] const QList<QUuid>& clips() const { return m_clips; }
 

@@ -1,15 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QLineEdit>
-
-#include "appearance/palette.h"
+#include "library/list/glass_field.h"
 
 namespace quillo {
 
-/// The panel's search field: a round ground with a magnifying glass and, while there is text, a
-/// button that empties it.
-class SearchField final : public QLineEdit {
+/// The panel's search field, with a ring in the accent around its ground while it has the focus.
+class SearchField final : public GlassField {
     Q_OBJECT
 
 public:
@@ -21,16 +18,12 @@ public:
 
     explicit SearchField(QWidget* parent = nullptr);
 
-    void setColors(const Palette& colors);
+    void setColors(const Palette& colors) { applyColors(colors); }
     /// The field in front of its text, as if it had been typed.
     void typeText(const QString& text);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
-
-private:
-    Palette m_colors;
-    QAction* m_clear;
 };
 
 }  // namespace quillo

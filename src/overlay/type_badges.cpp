@@ -6,6 +6,7 @@
 
 #include "appearance/fonts.h"
 #include "appearance/symbols.h"
+#include "library/list/clip_list_model.h"
 
 namespace quillo {
 namespace {
@@ -14,22 +15,6 @@ constexpr int kTileSide = 16;
 constexpr int kSymbolSize = 10;
 constexpr int kGapInside = 4;
 constexpr int kGapBetween = 7;
-
-QString symbolOf(ClipType type) {
-    switch (type) {
-        case ClipType::Text:
-            return QStringLiteral("doc.text");
-        case ClipType::Rtf:
-            return QStringLiteral("doc.richtext");
-        case ClipType::Html:
-            return QStringLiteral("globe");
-        case ClipType::Image:
-            return QStringLiteral("photo");
-        case ClipType::FileUrl:
-            break;
-    }
-    return QStringLiteral("doc");
-}
 
 // Large numbers would push everything else out of the bar.
 QString countText(qsizetype count) {
@@ -43,7 +28,10 @@ TypeBadges::TypeBadges(QWidget* parent) : QWidget(parent) {
     setFont(sizedFont(font(), 12, QFont::Normal));
 }
 
-void TypeBadges::setCounts(const QList<ClipTypeCount>& counts) {
+bool TypeBadges::setCounts(const QList<ClipTypeCount>& counts) {
+    if (m_counts == counts) {
+        return false;
+    }
     m_counts = counts;
     QStringList spoken;
     for (const ClipTypeCount& entry : counts) {
@@ -52,6 +40,7 @@ void TypeBadges::setCounts(const QList<ClipTypeCount>& counts) {
     setAccessibleName(spoken.join(QStringLiteral(", ")));
     setToolTip(accessibleName());
     update();
+    return true;
 }
 
 void TypeBadges::setColors(const QColor& text, KindColor kindColor) {
@@ -80,7 +69,7 @@ void TypeBadges::paintEvent(QPaintEvent* /*event*/) {
         painter.drawRoundedRect(tile, 4, 4);
         painter.drawPixmap(
             tile.topLeft() + QPoint(3, 3),
-            symbolPixmap(symbolOf(entry.type), kSymbolSize, Qt::white, devicePixelRatioF()));
+            symbolPixmap(kindSymbol(entry.type), kSymbolSize, Qt::white, devicePixelRatioF()));
         const QString count = countText(entry.count);
         x += kTileSide + kGapInside;
         painter.setPen(m_text);

@@ -18,7 +18,8 @@ class TypeBadges final : public QWidget {
 public:
     explicit TypeBadges(QWidget* parent = nullptr);
 
-    void setCounts(const QList<ClipTypeCount>& counts);
+    /// False when they are those already shown.
+    bool setCounts(const QList<ClipTypeCount>& counts);
     using KindColor = std::function<QColor(ClipType)>;
     void setColors(const QColor& text, KindColor kindColor);
 

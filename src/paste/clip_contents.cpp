@@ -84,6 +84,20 @@ PasteboardContents contentsForDetailCopy(const Clip& clip) {
     return contents;
 }
 
+PasteboardContents contentsTogether(const QList<std::shared_ptr<Clip>>& clips) {
+    QStringList texts;
+    for (const std::shared_ptr<Clip>& clip : clips) {
+        if (const std::optional<QString> text = transformableText(*clip)) {
+            texts.append(*text);
+        }
+    }
+    PasteboardContents contents;
+    if (!texts.isEmpty()) {
+        contents.text = texts.join(u'\n');
+    }
+    return contents;
+}
+
 std::optional<QString> transformableText(const Clip& clip) {
     std::optional<QString> text = clip.plaintext();
     return text ? text : clip.urlString();

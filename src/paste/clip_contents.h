@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <memory>
 #include <optional>
 
 #include "model/clip.h"
@@ -26,6 +27,10 @@ struct ContentReaders {
 
 /// What the detail view's copy button copies: the stored document as it is, and its text.
 [[nodiscard]] PasteboardContents contentsForDetailCopy(const Clip& clip);
+
+/// What several clips copy together: their texts and addresses, one below the other; one that has
+/// neither is left out.
+[[nodiscard]] PasteboardContents contentsTogether(const QList<std::shared_ptr<Clip>>& clips);
 
 /// The text that a transformation is applied to: the clip's text, else its address; none when it
 /// has neither.

@@ -41,6 +41,10 @@ void PasteBack::copyInDetail(const Clip& clip) {
     m_services.pasteboard.write(contentsForDetailCopy(clip));
 }
 
+void PasteBack::copyTogether(const QList<std::shared_ptr<Clip>>& clips) {
+    m_services.pasteboard.write(contentsTogether(clips));
+}
+
 std::unique_ptr<QMimeData> PasteBack::dragData(const Clip& clip) const {
     const ContentReaders& readers = m_services.readers;
     return mimeDataFor(contentsByKind(clip, readers), {readers.richText, readers.images});

@@ -51,6 +51,9 @@ public:
     /// The detail view's copy button.
     void copyInDetail(const Clip& clip);
 
+    /// The texts of several clips of the library.
+    void copyTogether(const QList<std::shared_ptr<Clip>>& clips);
+
     /// What dragging the clip into another program gives it, in the clip's own kind. The services
     /// must outlive the data.
     [[nodiscard]] std::unique_ptr<QMimeData> dragData(const Clip& clip) const;

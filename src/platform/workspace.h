@@ -6,6 +6,7 @@
 #include <QStringList>
 #include <chrono>
 #include <functional>
+#include <memory>
 #include <optional>
 
 namespace quillo {
@@ -26,6 +27,12 @@ struct InstalledApplication {
     QString name;      ///< Localised.
     QString iconName;  ///< A themed icon's name or an absolute path; may be empty.
     QStringList categories;
+};
+
+/// Being told of each change of the active window; destroying it ends that.
+class ActivationWatch {
+public:
+    virtual ~ActivationWatch() = default;
 };
 
 /// The programs on the desktop. Thread-safe. Answers come from the display server and from the
@@ -56,6 +63,11 @@ public:
     virtual void whenFocused(const RunningApplication& application,
                              std::chrono::milliseconds deadline,
                              std::function<void(bool)> callback) = 0;
+
+    /// Calls back on the calling thread's event loop whenever another window has become the
+    /// active one. Costs wake-ups as long as the watch lives; null where the desktop cannot tell.
+    [[nodiscard]] virtual std::unique_ptr<ActivationWatch> watchActivation(
+        std::function<void()> changed) = 0;
 
     /// The desktop entry of that identifier; none when no such program is installed.
     [[nodiscard]] virtual std::optional<InstalledApplication> installedApplication(

@@ -18,10 +18,11 @@ namespace {
 
 class Snapshot : public ::testing::Test {
 protected:
-    [[nodiscard]] PasteboardSnapshot read(QList<CopiedTarget> copied) {
-        m_pasteboard.copyFrom(std::move(copied));
+    [[nodiscard]] PasteboardSnapshot read(const QList<CopiedTarget>& copied,
+                                          CaptureSwitches switches = {}) {
+        m_pasteboard.copyFrom(copied);
         PasteboardReading reading(m_pasteboard.open());
-        return PasteboardSnapshotReader(reading, m_codec).readSnapshot();
+        return PasteboardSnapshotReader(reading, m_codec, switches).readSnapshot();
     }
 
     [[nodiscard]] QByteArray encoded(QSize size, const char* format) const {
@@ -37,13 +38,16 @@ protected:
         return bytes ? m_codec.size(*bytes).value_or(QSize()) : QSize();
     }
 
-    [[nodiscard]] PasteboardSnapshot readFile(const QString& name, const QByteArray& bytes) {
+    [[nodiscard]] PasteboardSnapshot readFile(const QString& name, const QByteArray& bytes,
+                                              CaptureSwitches switches = {}) {
         QFile file(m_folder.filePath(name));
         EXPECT_TRUE(file.open(QIODevice::WriteOnly));
         file.write(bytes);
         file.close();
         const QByteArray uri = QUrl::fromLocalFile(file.fileName()).toEncoded();
-        return read({{"text/uri-list", RawReply{"text/uri-list", uri + "\r\n"}}});
+        return read({{"text/uri-list", RawReply{"text/uri-list", uri + "\r\n"}},
+                     {"UTF8_STRING", RawReply{"UTF8_STRING", file.fileName().toUtf8()}}},
+                    switches);
     }
 
     QTemporaryDir m_folder;
@@ -52,41 +56,67 @@ protected:
 };
 
 TEST_F(Snapshot, TheFirstRepresentationPresentDecidesTheKind) {
-    const RawReply text{"UTF8_STRING", "words"};
-    const RawReply link{"UTF8_STRING", "https://host/a"};
-    const RawReply html{"text/html", "<b>words</b>"};
-    const RawReply rtf{"text/rtf", "{\\rtf1 words}"};
+    const CopiedTarget text = given("UTF8_STRING", "words");
+    const CopiedTarget link = given("UTF8_STRING", "https://host/a");
+    const CopiedTarget html = given("text/html", "<b>words</b>");
+    const CopiedTarget rtf = given("text/rtf", "{\\rtf1 words}");
+    const CopiedTarget png = given("image/png", encoded({4, 4}, "png"));
     const struct {
         const char* name;
         QList<CopiedTarget> copied;
         CaptureKind kind;
     } rows[] = {
-        {"text", {{"UTF8_STRING", text}}, CaptureKind::Text},
-        {"link as text", {{"UTF8_STRING", link}}, CaptureKind::Url},
-        {"html and link", {{"text/html", html}, {"UTF8_STRING", link}}, CaptureKind::Html},
-        {"rtf, html and text",
-         {{"text/html", html}, {"text/rtf", rtf}, {"UTF8_STRING", text}},
-         CaptureKind::Rtf},
-        {"image and text",
-         {{"image/png", RawReply{"image/png", encoded({4, 4}, "png")}}, {"UTF8_STRING", text}},
-         CaptureKind::Image},
-        {"image, rtf and text: the image is a rendering",
-         {{"image/png", RawReply{"image/png", encoded({4, 4}, "png")}},
-          {"text/rtf", rtf},
-          {"UTF8_STRING", text}},
-         CaptureKind::Rtf},
-        {"broken image and text",
-         {{"image/png", RawReply{"image/png", "not a picture"}}, {"UTF8_STRING", text}},
-         CaptureKind::Text},
-        {"refused html and text",
-         {{"text/html", std::nullopt}, {"UTF8_STRING", text}},
-         CaptureKind::Text},
-        {"unknown type only",
-         {{"application/x-own", RawReply{"application/x-own", "x"}}},
-         CaptureKind::Nothing},
+        {"text", {text}, CaptureKind::Text},
+        {"link as text", {link}, CaptureKind::Url},
+        {"html and link", {html, link}, CaptureKind::Html},
+        {"rtf, html and text", {html, rtf, text}, CaptureKind::Rtf},
+        {"image and text", {png, text}, CaptureKind::Image},
+        {"image, rtf and text: the image is a rendering", {png, rtf, text}, CaptureKind::Rtf},
+        {"broken image", {given("image/png", "not a picture"), text}, CaptureKind::Text},
+        {"refused html and text", {refused("text/html"), text}, CaptureKind::Text},
+        {"unknown type only", {given("application/x-own", "x")}, CaptureKind::Nothing},
     };
     for (const auto& row : rows) {
         EXPECT_EQ(captureKind(read(row.copied)), row.kind) << row.name;
+    }
+}
+
+TEST_F(Snapshot, WhatIsSwitchedOffIsNothingWhateverTextComesWithIt) {
+    const CopiedTarget text{"UTF8_STRING", RawReply{"UTF8_STRING", "words"}};
+    const CopiedTarget png{"image/png", RawReply{"image/png", encoded({4, 4}, "png")}};
+    const CopiedTarget html{"text/html", RawReply{"text/html", "<img src=a.png>"}};
+    const CopiedTarget rtf{"text/rtf", RawReply{"text/rtf", "{\\rtf1 words}"}};
+    const struct {
+        const char* name;
+        QList<CopiedTarget> copied;
+        CaptureKind withoutImages;
+    } rows[] = {
+        {"picture", {png}, CaptureKind::Unwanted},
+        {"picture with its address", {html, png, text}, CaptureKind::Unwanted},
+        {"text with its rendering", {png, rtf, text}, CaptureKind::Rtf},
+        {"refused picture and text", {{"image/png", std::nullopt}, text}, CaptureKind::Text},
+        {"no picture", {{"image/bmp", RawReply{"image/bmp", "x"}}, text}, CaptureKind::Text},
+    };
+    for (const auto& row : rows) {
+        const PasteboardSnapshot snapshot = read(row.copied, {.images = false, .files = true});
+        EXPECT_EQ(captureKind(snapshot), row.withoutImages) << row.name;
+        EXPECT_FALSE(snapshot.imageData) << row.name;
+        EXPECT_FALSE(snapshot.isUnwanted && snapshot.plainText) << row.name;
+    }
+    const struct {
+        QString name;
+        CaptureSwitches switches;
+        CaptureKind kind;
+    } files[] = {
+        {u"a.png"_s, {.images = true, .files = false}, CaptureKind::Image},
+        {u"a.png"_s, {.images = false, .files = true}, CaptureKind::Files},
+        {u"a.png"_s, {.images = false, .files = false}, CaptureKind::Unwanted},
+        {u"a.txt"_s, {.images = true, .files = false}, CaptureKind::Unwanted},
+        {u"a.txt"_s, {.images = false, .files = true}, CaptureKind::Files},
+    };
+    for (const auto& row : files) {
+        const auto snapshot = readFile(row.name, encoded({4, 4}, "png"), row.switches);
+        EXPECT_EQ(captureKind(snapshot), row.kind) << row.name.toStdString();
     }
 }
 
@@ -103,15 +133,10 @@ TEST_F(Snapshot, BringsImagesToTheirStoredForm) {
         {"wide png", "image/png", encoded({4000, 1000}, "png"), {1920, 480}, "image/png", false},
         {"square png", "image/png", encoded({1920, 1920}, "png"), {1920, 1920}, "image/png", false},
         {"small jpeg", "image/jpeg", smallJpeg, {800, 600}, "image/jpeg", true},
-        {"big jpeg",
-         "image/jpeg",
-         encoded({3000, 2000}, "jpeg"),
-         {1920, 1280},
-         "image/jpeg",
-         false},
+        {"jpeg", "image/jpeg", encoded({3000, 2000}, "jpeg"), {1920, 1280}, "image/jpeg", false},
     };
     for (const auto& row : rows) {
-        const PasteboardSnapshot snapshot = read({{row.target, RawReply{row.target, row.bytes}}});
+        const PasteboardSnapshot snapshot = read({given(row.target, row.bytes)});
         ASSERT_TRUE(snapshot.imageData) << row.name;
         EXPECT_EQ(sizeOf(snapshot.imageData), row.size) << row.name;
         EXPECT_EQ(m_codec.mimeType(*snapshot.imageData), QLatin1StringView(row.mimeType))
@@ -131,8 +156,8 @@ TEST_F(Snapshot, TheSamePictureFromTwoProgramsHasTheSameBytes) {
     QImage argb = image.convertToFormat(QImage::Format_ARGB32);
     argb.setText(u"Software"_s, u"another"_s);
     const QByteArray second = m_codec.encodePng(argb).value();
-    EXPECT_EQ(read({{"image/png", RawReply{"image/png", first}}}).imageData,
-              read({{"image/png", RawReply{"image/png", second}}}).imageData);
+    EXPECT_EQ(read({given("image/png", first)}).imageData,
+              read({given("image/png", second)}).imageData);
 }
 
 TEST_F(Snapshot, TakesTheImageFromACopiedImageFileAndNotFromOthers) {
@@ -159,8 +184,8 @@ TEST_F(Snapshot, TakesTheImageFromACopiedImageFileAndNotFromOthers) {
 
 TEST_F(Snapshot, AsksAProgramThatCopiedAShortTextForNoMoreThanItsTextAndItsTypes) {
     (void)read({{"TARGETS", RawReply{"ATOM", {}}},
-                {"UTF8_STRING", RawReply{"UTF8_STRING", "words"}},
-                {"STRING", RawReply{"STRING", "words"}},
+                given("UTF8_STRING", "words"),
+                given("STRING", "words"),
                 {"TEXT", RawReply{"UTF8_STRING", "words"}}});
     EXPECT_EQ(m_pasteboard.fetchCount("TARGETS"), 1);
     EXPECT_EQ(m_pasteboard.fetchCount("UTF8_STRING"), 1);

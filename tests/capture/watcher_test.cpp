@@ -22,13 +22,6 @@ using namespace std::chrono_literals;
 namespace quillo::testing {
 namespace {
 
-RunningApplication program(quint32 window, const QString& identifier) {
-    RunningApplication application;
-    application.windowId = window;
-    application.bundleIdentifier = identifier;
-    return application;
-}
-
 class Watcher : public ::testing::Test {
 protected:
     Watcher() {
@@ -73,13 +66,14 @@ protected:
     FakeWorkspace m_workspace;
     ManualTickTimer m_timer;
     ClipSaver m_saver{{m_persistence, m_defaults, m_notifications, m_richText, m_clock}};
-    PasteboardWatcher m_watcher{{m_pasteboard, m_workspace, m_timer, m_saver, m_images}};
+    PasteboardWatcher m_watcher{
+        {m_pasteboard, m_workspace, m_timer, m_saver, m_images, m_defaults}};
     int m_saved = 0;
 };
 
 TEST_F(Watcher, StoresWhatIsCopiedAfterItStartedAndNotWhatWasThere) {
     copy(u"before"_s);
-    PasteboardWatcher late({m_pasteboard, m_workspace, m_timer, m_saver, m_images});
+    PasteboardWatcher late({m_pasteboard, m_workspace, m_timer, m_saver, m_images, m_defaults});
     late.start();
     EXPECT_EQ(m_timer.period(), 150ms);
     m_persistence.waitUntilIdle();
@@ -99,18 +93,6 @@ TEST_F(Watcher, TwoCopiesWithinOnePeriodGiveOneClipOfTheLater) {
     EXPECT_EQ(texts(), QStringList{u"second"_s});
 }
 
-TEST_F(Watcher, OwnWritesAreNeverCapturedAndHideNothingThatFollows) {
-    m_watcher.start();
-    PasteboardContents contents;
-    contents.text = u"our own"_s;
-    m_pasteboard.write(contents);
-    tick();
-    EXPECT_EQ(texts(), QStringList());
-    copy(u"theirs"_s);
-    tick();
-    EXPECT_EQ(texts(), QStringList{u"theirs"_s});
-}
-
 TEST_F(Watcher, CapturesOnceWhatWasCopiedWhileItWasStopped) {
     m_watcher.start();
     m_watcher.stop();
@@ -128,29 +110,11 @@ TEST_F(Watcher, CapturesOnceWhatWasCopiedWhileItWasStopped) {
     EXPECT_EQ(texts(), (QStringList{u"three"_s, u"two"_s}));
 }
 
-TEST_F(Watcher, ARepeatedCopyOnlyMovesItsClipToTheFront) {
-    m_watcher.start();
-    m_workspace.setActive(program(1, u"editor"_s));
-    copy(u"same"_s);
-    tick();
-    copy(u"other"_s);
-    tick();
-    m_workspace.setActive(program(2, u"browser"_s));
-    copy(u"same"_s);
-    tick();
-    EXPECT_EQ(texts(), (QStringList{u"same"_s, u"other"_s}));
-    EXPECT_EQ(newest()->createdAt(), m_clock.now());
-    EXPECT_EQ(newest()->modifiedAt(), m_clock.now());
-    EXPECT_EQ(newest()->sourceBundleId(), u"editor"_s);
-    EXPECT_EQ(m_saved, 2);
-}
-
 TEST_F(Watcher, ALinkIsOneClipWhicheverWayItIsOffered) {
     m_watcher.start();
     const QString link = u"https://host.example/a"_s;
     const auto* utf16 = reinterpret_cast<const char*>(link.utf16());
-    m_pasteboard.copyFrom(
-        {{"text/x-moz-url", RawReply{"text/x-moz-url", QByteArray(utf16, link.size() * 2)}}});
+    m_pasteboard.copyFrom({given("text/x-moz-url", QByteArray(utf16, link.size() * 2))});
     tick();
     copy(link);
     tick();
@@ -168,8 +132,7 @@ TEST_F(Watcher, SecretsAreNeitherStoredNorKeptForTheirOwner) {
         {"one-time code", copiedText(u"123456"_s)},
         {"credential", copiedText(u"password=hunter2"_s)},
         {"marked by a password manager",
-         {{"UTF8_STRING", RawReply{"UTF8_STRING", "hunter2"}},
-          {"x-kde-passwordManagerHint", RawReply{"x-kde-passwordManagerHint", "secret"}}}},
+         {given("UTF8_STRING", "hunter2"), given("x-kde-passwordManagerHint", "secret")}},
     };
     for (const auto& row : rows) {
         m_pasteboard.copyFrom(row.copied);
@@ -182,15 +145,31 @@ TEST_F(Watcher, SecretsAreNeitherStoredNorKeptForTheirOwner) {
     }
 }
 
-TEST_F(Watcher, WhatIsStoredIsKeptForAnOwnerThatQuits) {
+TEST_F(Watcher, TheSwitchesCountAtEachCaptureAndOnlyWhenTheyAreBooleans) {
     m_watcher.start();
-    copy(u"kept"_s);
-    tick();
-    m_pasteboard.quitOwner();
-    tick();
-    ASSERT_TRUE(m_pasteboard.paste("UTF8_STRING"));
-    EXPECT_EQ(m_pasteboard.paste("UTF8_STRING")->bytes, "kept");
-    EXPECT_EQ(texts(), QStringList{u"kept"_s});
+    QImage image({3, 2}, QImage::Format_RGB32);
+    const struct {
+        const char* key;
+        QByteArray target;
+        QByteArray bytes;
+    } rows[] = {
+        {"captureImages", "image/png", m_images.encodePng(image).value()},
+        {"captureFiles", "text/uri-list", "file:///nowhere/a.txt\r\n"},
+    };
+    for (const auto& row : rows) {
+        const QString key = QString::fromLatin1(row.key);
+        for (const QJsonValue& value : {QJsonValue(u"no"_s), QJsonValue(false), QJsonValue(0)}) {
+            m_defaults.setObject(key, value);
+            const int before = m_saved;
+            m_pasteboard.copyFrom({{row.target, RawReply{row.target, row.bytes}}});
+            tick();
+            const bool isStored = !value.isBool();
+            EXPECT_EQ(m_pasteboard.wasKept(m_pasteboard.changeCount()), isStored) << row.key;
+            m_pasteboard.quitOwner();
+            EXPECT_EQ(m_pasteboard.offeredTargets().isEmpty(), !isStored) << row.key;
+            EXPECT_EQ(m_saved - before, value.isString() ? 1 : 0) << row.key;
+        }
+    }
 }
 
 TEST_F(Watcher, AnOwnerAboutToQuitIsReadAtOnce) {
@@ -215,8 +194,8 @@ TEST_F(Watcher, TheHotkeyQueuesATickOnlyForACopyThatWasNotReadYet) {
 TEST_F(Watcher, AReadingThatANewerCopyCutShortIsNotStored) {
     m_watcher.start();
     m_pasteboard.stall("text/html");
-    m_pasteboard.copyFrom({{"UTF8_STRING", RawReply{"UTF8_STRING", "half read"}},
-                           {"text/html", RawReply{"text/html", "<b>half read</b>"}}});
+    m_pasteboard.copyFrom(
+        {given("UTF8_STRING", "half read"), given("text/html", "<b>half read</b>")});
     const std::future<bool> worker =
         std::async(std::launch::async, [this] { return m_timer.tick(); });
     ASSERT_TRUE(waitUntil([this] { return m_pasteboard.isReadStalled(); }));
@@ -234,31 +213,35 @@ TEST_F(Watcher, TheLimitDeletesTheOldestAndNeverAClipJustCopiedAgain) {
         tick();
     }
     EXPECT_EQ(texts(), (QStringList{u"d"_s, u"a"_s, u"c"_s}));
+    // Everything else is no limit.
+    for (const QJsonValue& value :
+         {QJsonValue(0), QJsonValue(-5), QJsonValue(1.5), QJsonValue(1e300), QJsonValue(u"2"_s),
+          QJsonValue(true), QJsonValue(QJsonValue::Undefined)}) {
+        m_defaults.setObject(u"maxHistoryItems"_s, value);
+        const qsizetype before = texts().size();
+        copy(u"without limit %1"_s.arg(before));
+        tick();
+        EXPECT_EQ(texts().size(), before + 1) << value.toVariant().toString().toStdString();
+    }
 }
 
-TEST_F(Watcher, EachKindIsStoredWithItsAttributes) {
+TEST_F(Watcher, RichTextAndFoldersAreStoredWithTheirAttributes) {
     m_watcher.start();
     const QByteArray rtf = "{\\rtf1\\ansi Some {\\b bold} words}";
-    m_pasteboard.copyFrom({{"text/rtf", RawReply{"text/rtf", rtf}}});
+    m_pasteboard.copyFrom({given("text/rtf", rtf)});
     tick();
     EXPECT_EQ(newest()->type(), ClipType::Rtf);
     EXPECT_EQ(newest()->attributed(), rtf);
     EXPECT_EQ(newest()->plaintext(), u"Some bold words"_s);
 
-    m_pasteboard.copyFrom({{"text/rtf", RawReply{"text/rtf", "no such document"}}});
+    m_pasteboard.copyFrom({given("text/rtf", "no such document")});
     tick();
     EXPECT_EQ(newest()->type(), ClipType::Rtf);
     EXPECT_EQ(newest()->plaintext(), std::nullopt);
 
-    m_pasteboard.copyFrom({{"text/html", RawReply{"text/html", "<p>a &amp; b</p>"}}});
-    tick();
-    EXPECT_EQ(newest()->type(), ClipType::Html);
-    EXPECT_EQ(newest()->plaintext(), u"a & b"_s);
-
     const QString folder = QDir::tempPath();
-    m_pasteboard.copyFrom(
-        {{"text/uri-list", RawReply{"text/uri-list", QUrl::fromLocalFile(folder).toEncoded() +
-                                                         "\r\nfile:///second\r\n"}}});
+    m_pasteboard.copyFrom({given(
+        "text/uri-list", QUrl::fromLocalFile(folder).toEncoded() + "\r\nfile:///second\r\n")});
     tick();
     EXPECT_EQ(newest()->type(), ClipType::FileUrl);
     EXPECT_EQ(newest()->fileUti(), u"public.folder"_s);
@@ -266,14 +249,6 @@ TEST_F(Watcher, EachKindIsStoredWithItsAttributes) {
     EXPECT_TRUE(newest()->fileBookmark());
     EXPECT_EQ(newest()->plaintext(), std::nullopt);
     EXPECT_EQ(QUrl(newest()->urlString().value_or(QString())).toLocalFile(), folder);
-
-    QImage image({3, 2}, QImage::Format_RGB32);
-    image.fill(Qt::red);
-    m_pasteboard.copyFrom(
-        {{"image/png", RawReply{"image/png", m_images.encodePng(image).value()}}});
-    tick();
-    EXPECT_EQ(newest()->type(), ClipType::Image);
-    EXPECT_EQ(newest()->fileSize(), newest()->imageData().value_or(QByteArray()).size());
 }
 
 TEST_F(Watcher, AProgramThatNeverAnswersDoesNotHoldUpStopping) {

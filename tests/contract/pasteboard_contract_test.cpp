@@ -40,9 +40,8 @@ private:
 
 TEST_P(PasteboardContract, ReadsWhatAnotherProgramCopied) {
     const qint64 before = pasteboard().changeCount();
-    rig().copy({{"text/html", RawReply{"text/html", "<b>x</b>"}},
-                {"image/png", std::nullopt},
-                {"UTF8_STRING", RawReply{"UTF8_STRING", "gr\xc3\xbc\xc3\x9f"}}});
+    rig().copy({given("text/html", "<b>x</b>"), refused("image/png"),
+                given("UTF8_STRING", "gr\xc3\xbc\xc3\x9f")});
     EXPECT_GT(pasteboard().changeCount(), before);
     const auto source = pasteboard().open();
     EXPECT_EQ(source->changeCount(), pasteboard().changeCount());
@@ -84,8 +83,7 @@ TEST_P(PasteboardContract, EveryWriteMovesTheCountAndTheLastOneStands) {
 
 TEST_P(PasteboardContract, KeptContentsStayWhenTheirProgramQuits) {
     const QByteArray html = "<p>a\xfe</p>" + QByteArray(3, '\0');
-    rig().copy({{"text/html", RawReply{"text/html", html}},
-                {"UTF8_STRING", RawReply{"UTF8_STRING", "a"}}});
+    rig().copy({given("text/html", html), given("UTF8_STRING", "a")});
     PasteboardReading reading(pasteboard().open());
     EXPECT_TRUE(reading.data(PasteboardType::Html));
     EXPECT_TRUE(reading.string(PasteboardType::String));

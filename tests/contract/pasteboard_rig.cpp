@@ -8,6 +8,7 @@
 #include <QFile>
 #include <csignal>
 
+#include "support/plain_converters.h"
 #include "support/wait_until.h"
 
 using namespace Qt::StringLiterals;
@@ -22,24 +23,8 @@ QString toolPath(const QString& name) {
 }
 
 const PasteboardConverters& converters() {
-    // The fake's own converters would do, but they are its secret; these refuse everything.
-    struct Refusing final : RichTextReader, ImageCodec {
-        Result<StyledText> readRtf(const QByteArray&) const override { return refused(); }
-        Result<StyledText> readHtml(const QByteArray& html) const override {
-            return StyledText{QString::fromUtf8(html), {}};
-        }
-        Result<QImage> decode(const QByteArray&) const override { return refused(); }
-        Result<QSize> size(const QByteArray&) const override { return refused(); }
-        Result<QImage> decodeScaled(const QByteArray&, QSize) const override { return refused(); }
-        Result<QByteArray> encodePng(const QImage&) const override { return refused(); }
-        Result<QByteArray> encodeJpeg(const QImage&, double) const override { return refused(); }
-        QString mimeType(const QByteArray&) const override { return {}; }
-        static std::unexpected<Error> refused() {
-            return failure(ErrorKind::Unsupported, u"not in this test"_s);
-        }
-    };
-    static const Refusing refusing;
-    static const PasteboardConverters both{refusing, refusing};
+    static const PlainConverters plain;
+    static const PasteboardConverters both{plain, plain};
     return both;
 }
 

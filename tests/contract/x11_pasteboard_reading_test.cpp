@@ -38,25 +38,6 @@ QString targetOption(X11PasteboardRig& rig, const QByteArray& bytes) {
     return u"text/html:text/html:"_s + rig.file(u"payload"_s, bytes);
 }
 
-TEST(X11PasteboardReading, AsksAtMostThreeTimesForAShortText) {
-    X11PasteboardRig rig;
-    rig.copy(copiedText(u"short"_s));
-    PasteboardReading reading(rig.pasteboard().open());
-    EXPECT_FALSE(reading.string(PasteboardType::Marker));
-    EXPECT_FALSE(reading.types().isEmpty());
-    EXPECT_FALSE(reading.isConcealed());
-    EXPECT_TRUE(reading.fileUrls().isEmpty());
-    for (const auto type : {PasteboardType::Png, PasteboardType::Tiff, PasteboardType::Jpeg}) {
-        EXPECT_FALSE(reading.data(type));
-    }
-    EXPECT_FALSE(reading.anyImage());
-    EXPECT_FALSE(reading.data(PasteboardType::Rtf));
-    EXPECT_FALSE(reading.data(PasteboardType::Html));
-    EXPECT_FALSE(reading.string(PasteboardType::Url));
-    EXPECT_EQ(reading.string(PasteboardType::String), u"short"_s);
-    EXPECT_LE(rig.log().size(), 3);
-}
-
 TEST(X11PasteboardReading, TakesLargeRepliesInPartsWhateverSizeIsAnnounced) {
     const QByteArray bytes = patternOf(8 * 1024 * 1024 + 17);
     for (const QStringList& options : {QStringList{}, QStringList{u"--announce"_s, u"0"_s},
@@ -94,12 +75,6 @@ TEST(X11PasteboardReading, GivesUpAnOwnerThatDoesNotAnswer) {
     EXPECT_FALSE(source->wasSuperseded());
 }
 
-TEST(X11PasteboardReading, GivesUpAnOwnerThatTricklesForTooLong) {
-    X11PasteboardRig rig(shortLimits());
-    rig.copyWith({u"--trickle"_s, u"20"_s, u"--target"_s, targetOption(rig, patternOf(1000))});
-    EXPECT_FALSE(rig.pasteboard().open()->fetch("text/html"));
-}
-
 TEST(X11PasteboardReading, AnOwnerThatDoesNotAnswerBlocksNoWrite) {
     X11PasteboardRig rig;
     rig.copyWith({u"--never-answer"_s, u"--target"_s, targetOption(rig, "x")});
@@ -134,15 +109,6 @@ TEST(X11PasteboardReading, WhateverEndsTheOwnerEndsARunningRead) {
     }
 }
 
-TEST(X11PasteboardReading, AnOwnerKilledInMidTransferEndsTheRead) {
-    X11PasteboardRig rig;
-    rig.copyWith({u"--die-mid-transfer"_s, u"--target"_s, targetOption(rig, patternOf(1'000'000))});
-    const auto source = rig.pasteboard().open();
-    auto answer = fetchElsewhere(*source, "text/html");
-    ASSERT_TRUE(isAnswered(answer, 2s));
-    EXPECT_FALSE(answer.get());
-}
-
 TEST(X11PasteboardReading, SwallowsTheLateAnswerOfAnOwnerThatWasStopped) {
     X11PasteboardRig rig(shortLimits());
     rig.copyWith({u"--target"_s, targetOption(rig, patternOf(500'000))});
@@ -171,17 +137,6 @@ TEST(X11PasteboardReading, ReadsEveryRecordedClipboardAsTheFakeDoes) {
         }
         EXPECT_EQ(real.fileUrls(), expected.fileUrls());
     }
-}
-
-TEST(X11PasteboardReading, ReadsWhatXclipCopies) {
-    X11PasteboardRig rig;
-    const qint64 count = rig.pasteboard().changeCount();
-    Tool xclip(u"sh"_s, {u"-c"_s,
-                         u"printf 'from xclip' | exec xclip -quiet -i -selection "
-                         "clipboard >/dev/null 2>&1"_s});
-    ASSERT_TRUE(rig.waitForChangeAfter(count));
-    PasteboardReading reading(rig.pasteboard().open());
-    EXPECT_EQ(reading.string(PasteboardType::String), u"from xclip"_s);
 }
 
 }  // namespace

@@ -7,8 +7,9 @@
 
 #include "contract/pasteboard_rig.h"
 #include "platform/pasteboard_reading.h"
-#include "platform/x11/xcb_support.h"
+#include "support/plain_converters.h"
 #include "support/wait_until.h"
+#include "tools/x_client.h"
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -49,60 +50,35 @@ TEST(X11PasteboardServing, GivesLargeContentsToManyAtOnceThoughOneIsStalled) {
 }
 
 /// Another program that talks to the server itself.
-class RawClient {
+class RawClient final : public XClient {
 public:
-    RawClient()
-        : m_connection(x11::connectToServer().value()),
-          m_atoms(m_connection.get()),
-          m_window(xcb_generate_id(m_connection.get())) {
-        xcb_create_window(m_connection.get(), XCB_COPY_FROM_PARENT, m_window, m_connection.root(),
-                          0, 0, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0,
-                          nullptr);
-    }
-
-    [[nodiscard]] xcb_window_t window() const { return m_window; }
-
-    [[nodiscard]] xcb_window_t clipboardOwner() {
-        const x11::XcbPtr<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
-            m_connection.get(),
-            xcb_get_selection_owner(m_connection.get(), m_atoms.atom("CLIPBOARD")), nullptr));
-        return owner ? owner->owner : xcb_window_t{XCB_WINDOW_NONE};
-    }
+    RawClient() : XClient(x11::connectToServer().value()), m_window(makeWindow()) {}
 
     void ask(xcb_window_t requestor, const QByteArray& target) {
-        xcb_convert_selection(m_connection.get(), requestor, m_atoms.atom("CLIPBOARD"),
-                              m_atoms.atom(target), m_atoms.atom("ANSWER"), XCB_CURRENT_TIME);
-        xcb_flush(m_connection.get());
+        xcb_convert_selection(server(), requestor, atom("CLIPBOARD"), atom(target), atom("ANSWER"),
+                              XCB_CURRENT_TIME);
+        xcb_flush(server());
     }
-
     void setProperty(xcb_window_t window, const QByteArray& name, std::uint32_t value) {
-        xcb_change_property(m_connection.get(), XCB_PROP_MODE_REPLACE, window, m_atoms.atom(name),
-                            XCB_ATOM_CARDINAL, 32, 1, &value);
-        x11::waitForServer(m_connection.get());
+        xcb_change_property(server(), XCB_PROP_MODE_REPLACE, window, atom(name), XCB_ATOM_CARDINAL,
+                            32, 1, &value);
+        x11::waitForServer(server());
     }
-
     /// The type of the answer, which is then taken; empty when there is none.
     [[nodiscard]] QByteArray takeAnswer() {
-        const x11::XcbPtr<xcb_get_property_reply_t> answer(xcb_get_property_reply(
-            m_connection.get(),
-            xcb_get_property(m_connection.get(), 1, m_window, m_atoms.atom("ANSWER"),
-                             XCB_GET_PROPERTY_TYPE_ANY, 0, 0x1fffffff),
-            nullptr));
-        return answer && answer->type != XCB_ATOM_NONE ? m_atoms.name(answer->type) : QByteArray();
+        const auto answer = take(m_window, atom("ANSWER"));
+        return answer && answer->type != XCB_ATOM_NONE ? nameOf(answer->type) : QByteArray();
     }
-
     /// Whether another program wants to know when a part was taken.
     [[nodiscard]] bool isWatched() {
         const x11::XcbPtr<xcb_get_window_attributes_reply_t> attributes(
-            xcb_get_window_attributes_reply(m_connection.get(),
-                                            xcb_get_window_attributes(m_connection.get(), m_window),
+            xcb_get_window_attributes_reply(server(), xcb_get_window_attributes(server(), m_window),
                                             nullptr));
         return attributes && (attributes->all_event_masks & XCB_EVENT_MASK_PROPERTY_CHANGE) != 0;
     }
+    [[nodiscard]] xcb_window_t window() const { return m_window; }
 
 private:
-    x11::Connection m_connection;
-    x11::AtomTable m_atoms;
     xcb_window_t m_window;
 };
 
@@ -112,7 +88,7 @@ TEST(X11PasteboardServing, WritesOnAfterARequestInItsOwnName) {
     X11PasteboardRig rig;
     writeHtml(rig, patternOf(1'000'000));
     RawClient client;
-    const xcb_window_t owner = client.clipboardOwner();
+    const xcb_window_t owner = client.ownerOf("CLIPBOARD");
     for (const char* target : {"text/html", kMarkerTarget}) {
         client.ask(owner, target);
     }
@@ -128,7 +104,7 @@ TEST(X11PasteboardServing, WritesOnAfterAnotherProgramWroteItsProperties) {
     X11PasteboardRig rig;
     writeHtml(rig, "earlier");
     RawClient client;
-    client.setProperty(client.clipboardOwner(), "QUILLO_TIME", 1);
+    client.setProperty(client.ownerOf("CLIPBOARD"), "QUILLO_TIME", 1);
     writeHtml(rig, "later");
     EXPECT_EQ(rig.paste("text/html")->bytes, "later");
 }
@@ -146,17 +122,6 @@ TEST(X11PasteboardServing, DropsATransferWhosePartsNobodyTakes) {
     // A whole paste through the same queue says that the taking was handled.
     ASSERT_TRUE(rig.paste(kMarkerTarget));
     EXPECT_EQ(client.takeAnswer(), "") << "no further part comes";
-}
-
-TEST(X11PasteboardServing, GivesToXclip) {
-    X11PasteboardRig rig;
-    const QString text = u"for xclip \u00fc"_s.repeated(40'000);
-    rig.pasteboard().write({.text = text});
-    ASSERT_TRUE(waitUntilPasted(rig, "UTF8_STRING", text.toUtf8()));
-    EXPECT_EQ(runTool(u"xclip"_s, {u"-o"_s, u"-selection"_s, u"clipboard"_s}), text.toUtf8());
-    EXPECT_EQ(runTool(u"xclip"_s, {u"-o"_s, u"-selection"_s, u"clipboard"_s, u"-t"_s,
-                                   QString::fromLatin1(kMarkerTarget)}),
-              kMarkerValue);
 }
 
 TEST(X11PasteboardServing, AProgramThatIsAboutToQuitIsAnsweredWhenItsCopyIsSettled) {
@@ -253,27 +218,17 @@ TEST(X11PasteboardServing, HandsItsContentsToAnotherManagerWhenItEnds) {
 }
 
 TEST(X11PasteboardServing, ASlowConversionKeepsNobodyElseWaiting) {
-    struct Slow final : RichTextReader {
+    struct Slow final : PlainConverters {
         explicit Slow(std::shared_future<void> gate) : m_gate(std::move(gate)) {}
         Result<StyledText> readRtf(const QByteArray&) const override {
             m_gate.wait();
             return StyledText{u"slow"_s, {}};
         }
-        Result<StyledText> readHtml(const QByteArray& html) const override { return readRtf(html); }
         std::shared_future<void> m_gate;
     };
     std::promise<void> gate;
     const Slow slow(gate.get_future().share());
-    struct NoImages final : ImageCodec {
-        Result<QImage> decode(const QByteArray&) const override { return none(); }
-        Result<QSize> size(const QByteArray&) const override { return none(); }
-        Result<QImage> decodeScaled(const QByteArray&, QSize) const override { return none(); }
-        Result<QByteArray> encodePng(const QImage&) const override { return none(); }
-        Result<QByteArray> encodeJpeg(const QImage&, double) const override { return none(); }
-        QString mimeType(const QByteArray&) const override { return {}; }
-        static std::unexpected<Error> none() { return failure(ErrorKind::Unsupported, {}); }
-    } const noImages;
-    auto pasteboard = x11::X11Pasteboard::create({slow, noImages});
+    auto pasteboard = x11::X11Pasteboard::create({slow, slow});
     ASSERT_TRUE(pasteboard);
     const qint64 count = (*pasteboard)->changeCount();
     (*pasteboard)->write({.rtf = QByteArray("{\\rtf1 x}")});

@@ -125,12 +125,6 @@ TEST_F(X11HotKeysTest, ARefusalLeavesNoGrabBehind) {
     EXPECT_TRUE(grab(chord | XCB_MOD_MASK_2));
 }
 
-TEST_F(X11HotKeysTest, KeysWithoutAPlaceAreRefused) {
-    const auto result = m_hotKeys->registerHotKey({999, kCommandModifier}, [] {});
-    ASSERT_FALSE(result);
-    EXPECT_EQ(result.error().kind, ErrorKind::Unsupported);
-}
-
 TEST_F(X11HotKeysTest, SuspendedTheyLetTheKeysThrough) {
     KeyWindow window;
     auto poster = x11::X11KeyEventPoster::create();

@@ -57,27 +57,19 @@ TEST_P(X11KeyEventPosterTest, PostsTheRightKeysWhateverIsHeldAndLocked) {
     EXPECT_EQ(window.presses().size(), 2);
 }
 
+using enum PasteKeys;
+constexpr uint16_t kShift = XCB_MOD_MASK_SHIFT;
 INSTANTIATE_TEST_SUITE_P(
     Keyboards, X11KeyEventPosterTest,
     ::testing::Values(
         Posting{"us", {u"us"_s}}, Posting{"azerty", {u"fr"_s}},
         Posting{"dvorak", {u"us"_s, u"dvorak"_s}}, Posting{"cyrillic_alone", {u"ru"_s}},
         Posting{"german_after_russian", {u"ru,de"_s}, 1},
-        Posting{"russian_after_english", {u"us,ru"_s}, 1, PasteKeys::ControlV, XKB_KEY_Cyrillic_em},
+        Posting{"russian_after_english", {u"us,ru"_s}, 1, ControlV, XKB_KEY_Cyrillic_em},
         Posting{"control_on_caps_lock", {u"us"_s, u"-option"_s, u"ctrl:swapcaps"_s}},
-        Posting{"terminal",
-                {u"us"_s},
-                0,
-                PasteKeys::ControlShiftV,
-                XKB_KEY_v,
-                XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_SHIFT},
-        Posting{"xterm", {u"us"_s}, 0, PasteKeys::ShiftInsert, XKB_KEY_Insert, XCB_MOD_MASK_SHIFT},
-        Posting{"xterm_cyrillic",
-                {u"ru"_s},
-                0,
-                PasteKeys::ShiftInsert,
-                XKB_KEY_Insert,
-                XCB_MOD_MASK_SHIFT}),
+        Posting{"terminal", {u"us"_s}, 0, ControlShiftV, XKB_KEY_v, XCB_MOD_MASK_CONTROL | kShift},
+        Posting{"xterm", {u"us"_s}, 0, ShiftInsert, XKB_KEY_Insert, kShift},
+        Posting{"xterm_cyrillic", {u"ru"_s}, 0, ShiftInsert, XKB_KEY_Insert, kShift}),
     [](const auto& row) { return std::string(row.param.name); });
 
 TEST_F(X11KeyEventPosterTest, ALentKeyIsGivenBack) {

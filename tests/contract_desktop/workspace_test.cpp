@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
@@ -122,6 +123,25 @@ TEST_F(X11WorkspaceTest, TellsWhenAnActivatedWindowHasTheFocus) {
         EXPECT_TRUE(*answer);
         EXPECT_TRUE(focusIsIn(target.windowId));
     }
+}
+
+TEST_F(X11WorkspaceTest, TellsOfEachChangeOfTheActiveWindowWhileItIsWatched) {
+    if (qEnvironmentVariable("WM") == u"none"_s) {
+        GTEST_SKIP() << "a window manager says which window is active";
+    }
+    const Terminal first(u"QuilloTerm"_s);
+    const Terminal second(u"QuilloTerm"_s);
+    ASSERT_TRUE(bringToFront(first.id()));
+    int changes = 0;
+    auto watch = m_workspace->watchActivation([&] { ++changes; });
+    ASSERT_TRUE(watch);
+    ASSERT_TRUE(bringToFront(second.id()));
+    EXPECT_TRUE(waitUntil([&] { return changes > 0; }));
+    watch.reset();
+    changes = 0;
+    ASSERT_TRUE(bringToFront(first.id()));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(changes, 0);
 }
 
 TEST_F(X11WorkspaceTest, AWaitForTheFocusEndsAtItsDeadlineAndANewOneReplacesIt) {

@@ -18,6 +18,9 @@ import zlib
 KINDS = {0: "text", 1: "rtf", 2: "html", 3: "image", 4: "file"}
 HERE = pathlib.Path(__file__).resolve().parent
 DEADLINE = 15.0
+HANDLED = ("Saved new", "bumped to front")  # What the log says of a copy that is a clip.
+# Copied links lead nowhere: nothing of a test leaves the machine.
+NO_WEB = {f"{scheme}_proxy": "http://127.0.0.1:9" for scheme in ("http", "https")}
 DEBOUNCE = 0.35  # The shortcut is not heard a second time within this time.
 
 
@@ -205,7 +208,8 @@ class Quillo:
         seen = self.log().count("applicationDidFinishLaunching completed")
         self.process = self.desktop.start(
             *prefix, self.program, stderr=log,
-            env={"QT_LOGGING_RULES": self.log_rules, "QT_FORCE_STDERR_LOGGING": "1", **(env or {})})
+            env={"QT_LOGGING_RULES": self.log_rules, "QT_FORCE_STDERR_LOGGING": "1",
+                 **NO_WEB, **(env or {})})
         log.close()
         wait_for(
             lambda: self.log().count("applicationDidFinishLaunching completed") > seen
@@ -218,6 +222,15 @@ class Quillo:
     def stop(self):
         self.desktop.end(self.process)
         return self.process.returncode
+
+    @staticmethod
+    def act(name):
+        """Has the program do what its desktop entry offers, as soon as it can be reached."""
+        command = ["gdbus", "call", "--session", "-d", "com.quillohq.Quillo",
+                   "-o", "/com/quillohq/Quillo", "-m",
+                   "org.freedesktop.Application.ActivateAction", name, "[]", "{}"]
+        wait_for(lambda: subprocess.run(command, capture_output=True, timeout=DEADLINE,
+                                        check=False).returncode == 0, f"the action {name}")
 
     def log(self):
         return self.log_path.read_text(errors="replace") if self.log_path.exists() else ""
@@ -240,6 +253,13 @@ class Quillo:
             logged = self.log_since(since)
             return logged if any(t in logged for t in texts) else None
         return wait_for(found, f"{texts} in the log", deadline)
+
+    def capture(self, data, target=None):
+        """Has a real program copy and waits until that is a clip; returns the program."""
+        mark = self.mark()
+        program = self.desktop.copy(data, target)
+        self.wait_for_log(HANDLED, mark)
+        return program
 
     def forget(self):
         """Removes what a former run stored and its settings; the program must not be running."""
@@ -334,9 +354,7 @@ class QuilloTest(unittest.TestCase):
     def copy(self, data, target=None):
         """Copies with a real program and waits until that is the newest clip; returns its row."""
         before = self.newest()
-        mark = self.quillo.mark()
-        self.desktop.copy(data, target)
-        self.quillo.wait_for_log(("Saved new", "bumped to front"), mark)
+        self.quillo.capture(data, target)
         return wait_for(lambda: (now := self.newest()) != before and now, "the newest clip")
 
     def assert_panel_comes(self):

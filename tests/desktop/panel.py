@@ -180,9 +180,7 @@ class PanelTest(QuilloTest):
     @classmethod
     def copy_all(cls, texts):
         for text in texts:
-            mark = cls.quillo.mark()
-            cls.desktop.copy(text)
-            cls.quillo.wait_for_log(("Saved new", "bumped to front"), mark)
+            cls.quillo.capture(text)
         wait_for(lambda: cls.texts()[:len(texts)] == list(texts)[::-1], f"the clips {texts}")
 
     def setUp(self):

@@ -84,7 +84,10 @@ def wake_ups(pid):
     """How often the process's threads have been switched to, in all; by thread name."""
     by_thread = {}
     for task in pathlib.Path(f"/proc/{pid}/task").iterdir():
-        status = _fields(task / "status")
+        try:
+            status = _fields(task / "status")
+        except (FileNotFoundError, ProcessLookupError):
+            continue  # the thread ended since the folder was listed
         by_thread[f"{status['Name'].strip()}/{task.name}"] = (
             int(status["voluntary_ctxt_switches"]) + int(status["nonvoluntary_ctxt_switches"]))
     return by_thread

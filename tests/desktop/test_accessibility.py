@@ -26,9 +26,7 @@ class AccessibilityTest(PanelTest):
     def setUpClass(cls):
         super().setUpClass()
         for data, target in ((LINK, None), ("#FF8E72", None), (RICH, "text/rtf")):
-            mark = cls.quillo.mark()
-            cls.desktop.copy(data, target)
-            cls.quillo.wait_for_log("Saved new", mark)
+            cls.quillo.capture(data, target)
         wait_for(lambda: len(cls.texts()) == 6, "six clips")
 
     def setUp(self):

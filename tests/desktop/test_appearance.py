@@ -5,13 +5,13 @@
 import json
 import os
 import pathlib
-import re
 import signal
 import sys
 import unittest
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent))
-from desktop import HERE, QuilloTest, key, run, wait_for, xdotool  # noqa: E402
+from desktop import HERE, QuilloTest, key, run, wait_for  # noqa: E402
+from panel import geometry  # noqa: E402
 
 LIGHT, DARK = "F0F0F2", "2C2C2E"
 
@@ -25,7 +25,7 @@ class AppearanceTest(QuilloTest):
         self.quillo.wait_until_hidden()
 
     def width(self):
-        return int(re.search(r"WIDTH=(\d+)", xdotool("getwindowgeometry", "--shell", self.window))[1])
+        return geometry(self.window)[2]
 
     def ground(self):
         """The panel's colour beside its line of hints, as RRGGBB."""

@@ -13,12 +13,11 @@ import unittest
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent))
 from desktop import (  # noqa: E402
-    Desktop, Quillo, QuilloTest, ReplayOwner, key, wait_for)
+    Desktop, Quillo, QuilloTest, ReplayOwner, key, run, visible_windows, wait_for)
 
 DATA = pathlib.Path(__file__).resolve().parent.parent / "data" / "clipboard"
 MARKER = "com.quillohq.Quillo.marker"
 TEXT, RTF, HTML, IMAGE, FILE = range(5)
-HANDLED = ("Saved new", "bumped to front")
 IGNORED = "Skipping sensitive content"
 EMPTIED = "The pasteboard is empty"
 
@@ -163,40 +162,10 @@ class CaptureTest(QuilloTest):
         for name, text in texts.items():
             for how in (signal.SIGTERM, signal.SIGKILL):
                 with self.subTest(name, how=how):
-                    mark = self.quillo.mark()
-                    program = self.desktop.copy(text)
-                    self.quillo.wait_for_log(HANDLED, mark)
+                    program = self.quillo.capture(text)
                     self.desktop.end(program, how)
                     wait_for(lambda: MARKER in self.desktop.clipboard_targets(), "the marker")
                     self.assertEqual(self.desktop.clipboard(), text.encode())
-
-    def test_what_a_rich_program_offered_survives_it_byte_for_byte(self):
-        recorded = {"chromium-rich": {"text/html": "11_text_html.bin",
-                                      "UTF8_STRING": "04_UTF8_STRING.bin"},
-                    "chromium-image": {"image/png": "07_image_png.bin"},
-                    "thunar-threefiles": {"text/uri-list": "03_text_uri-list.bin"}}
-        for name, files in recorded.items():
-            for saves in (False, True):
-                with self.subTest(name, asksToBeSaved=saves):
-                    mark = self.quillo.mark()
-                    owner = ReplayOwner(self.desktop, "--manifest", DATA / name)
-                    self.quillo.wait_for_log(HANDLED, mark)
-                    if saves:
-                        owner.signal(signal.SIGUSR2)
-                        owner.wait_until("saved")
-                    self.desktop.end(owner.process)
-                    wait_for(lambda: MARKER in self.desktop.clipboard_targets(), "the marker")
-                    for target, file in files.items():
-                        self.assertEqual(self.desktop.clipboard(target),
-                                         (DATA / name / file).read_bytes(), target)
-
-    def test_a_program_that_clears_its_own_copy_has_cleared_it(self):
-        mark = self.quillo.mark()
-        owner = ReplayOwner(self.desktop, "--manifest", DATA / "xclip-text")
-        self.quillo.wait_for_log(HANDLED, mark)
-        mark = self.quillo.mark()
-        owner.signal(signal.SIGUSR1)
-        self.assert_stays_empty(mark)
 
     def test_what_is_not_stored_is_not_offered_again(self):
         filtered = self.desktop.folder / "filtered"
@@ -260,8 +229,11 @@ class LifetimeTest(unittest.TestCase):
         second = subprocess.run([self.quillo.program], capture_output=True, timeout=15, check=False)
         self.assertEqual(second.returncode, 0, second.stderr)
         self.assertIsNone(self.quillo.process.poll())
+        wait_for(lambda: visible_windows("^Quillo$"), "the library")
         self.desktop.copy("after the second start")
         self.quillo.wait_for_text("after the second start")
+        run("wmctrl", "-c", "Quillo")
+        wait_for(lambda: not visible_windows("^Quillo$"), "the library to close")
         self.quillo.show_panel()
 
     def test_sigterm_ends_it_with_everything_stored(self):

@@ -182,20 +182,17 @@ class Target(unittest.TestCase):
         self.assertEqual(patience(seconds, read, lambda value: value == expected), expected)
 
 
-class PlainTextTarget(Target):
+class PlainTextCases:
     """What arrives in a program that takes plain text only."""
 
-    def clear(self):
-        pass
-
-    def check_texts(self):
+    def test_text_arrives_as_it_is_rendered(self):
         for name, text in plain_texts().items():
             with self.subTest(clip=name):
                 self.clear()
                 board.paste(name, self.window)
                 self.assert_arrives(text, self.read)
 
-    def check_nothing_of_pictures(self):
+    def test_a_picture_brings_nothing(self):
         """A picture has no text: nothing of an earlier clip may come in its place."""
         for name in ("png", "jpeg"):
             with self.subTest(clip=name):
@@ -210,7 +207,7 @@ class PlainTextTarget(Target):
 
 
 @needs("mousepad")
-class EditorTest(PlainTextTarget):
+class EditorTest(PlainTextCases, Target):
     @classmethod
     def open(cls):
         cls.window, cls.path = board.desktop.open_editor()
@@ -227,14 +224,7 @@ class EditorTest(PlainTextTarget):
             wait_for(lambda: self.path.stat().st_mtime_ns != before, "the save", 0.5)
         return self.path.read_text()
 
-    def test_text_arrives_as_it_is_rendered(self):
-        self.check_texts()
-
-    def test_a_picture_brings_nothing(self):
-        self.check_nothing_of_pictures()
-
-
-class TerminalTarget(PlainTextTarget):
+class TerminalTarget(PlainTextCases):
     skipped = 0
 
     def clear(self):
@@ -245,30 +235,16 @@ class TerminalTarget(PlainTextTarget):
 
 
 @unittest.skipUnless(has_vte(), "the VTE library is not installed")
-class VteTest(TerminalTarget):
+class VteTest(TerminalTarget, Target):
     @classmethod
     def open(cls):
         cls.window, cls.path = board.desktop.open_vte()
 
-    def test_text_arrives_as_it_is_rendered(self):
-        self.check_texts()
-
-    def test_a_picture_brings_nothing(self):
-        self.check_nothing_of_pictures()
-
-
 @needs("xterm")
-class XtermTest(TerminalTarget):
+class XtermTest(TerminalTarget, Target):
     @classmethod
     def open(cls):
         cls.window, cls.path = board.desktop.open_xterm("copy-back xterm")
-
-    def test_text_arrives_as_it_is_rendered(self):
-        self.check_texts()
-
-    def test_a_picture_brings_nothing(self):
-        self.check_nothing_of_pictures()
-
 
 class RichTarget(Target):
     def assert_rich_text(self, document):
@@ -543,8 +519,12 @@ class CalcTest(OfficeTarget):
                     self.after_pasting(name, OpenDocumentReader.rows, bool, question), rows)
 
 
-class FileManagerTarget(Target):
-    def check_file(self, program, *options):
+class FileManagerTest(Target):
+    @classmethod
+    def open(cls):
+        pass
+
+    def check_copy(self, program, *options):
         target = board.folder / f"{program} target"
         target.mkdir()
         board.desktop.start(program, *options, str(target))
@@ -555,21 +535,13 @@ class FileManagerTarget(Target):
                  "the file's copy")
         self.assertTrue(board.file.exists(), "the file was moved, not copied")
 
-    @classmethod
-    def open(cls):
-        pass
+    @needs("thunar")
+    def test_thunar(self):
+        self.check_copy("thunar")
 
-
-@needs("thunar")
-class ThunarTest(FileManagerTarget):
-    def test_a_file_is_copied(self):
-        self.check_file("thunar")
-
-
-@needs("pcmanfm")
-class PcmanfmTest(FileManagerTarget):
-    def test_a_file_is_copied(self):
-        self.check_file("pcmanfm", "--new-win")
+    @needs("pcmanfm")
+    def test_pcmanfm(self):
+        self.check_copy("pcmanfm", "--new-win")
 
 
 if __name__ == "__main__":

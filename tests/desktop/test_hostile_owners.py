@@ -10,10 +10,9 @@ import unittest
 import zlib
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent))
-from desktop import QuilloTest, ReplayOwner, png, wait_for  # noqa: E402
+from desktop import HANDLED, QuilloTest, ReplayOwner, png, wait_for  # noqa: E402
 from process_figures import peak_kb, reset_peak, resident_kb  # noqa: E402
 
-HANDLED = ("Saved new", "bumped to front")
 UNKNOWN = ("No recognized content type found",)
 EMPTY = ("The pasteboard is empty",)
 MIB = 1024

@@ -25,9 +25,7 @@ class Rig(QuilloTest):
     @classmethod
     def offer_large_text(cls):
         """Quillo owns 20 MB, because the program that copied them has gone."""
-        mark = cls.quillo.mark()
-        program = cls.desktop.copy(TEXT)
-        cls.quillo.wait_for_log(("Saved new", "bumped to front"), mark)
+        program = cls.quillo.capture(TEXT)
         cls.desktop.end(program)
         wait_for(lambda: "com.quillohq.Quillo.marker" in cls.desktop.clipboard_targets(),
                  "Quillo's own offer")

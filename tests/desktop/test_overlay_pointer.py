@@ -9,10 +9,9 @@ import sys
 import time
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent))
-from desktop import Failure, active_window, key, run, wait_for, xdotool  # noqa: E402
+from desktop import active_window, key, run, wait_for, xdotool  # noqa: E402
 from panel import (  # noqa: E402
-    BAR_HEIGHT, CARD_STEP, PANEL_HEIGHT, Drag, PanelTest, click, drag, geometry, main, move_to,
-    pixels)
+    BAR_HEIGHT, CARD_STEP, PANEL_HEIGHT, PanelTest, click, drag, geometry, main, move_to, pixels)
 
 
 class PointerTest(PanelTest):
@@ -122,21 +121,21 @@ class DeletingTest(PointerTest):
 
 class GroupsTest(PointerTest):
     def test_a_group_is_made_filled_and_shown(self):
-        self.make_group("Work")
+        self.make_group("R&D")
         by_picker, by_menu, by_drop = self.texts()[:3]
         self.show()
         click(self.panel.group_button(0))
-        click(self.panel.wait_for("Work", "check box").center)
-        self.wait_for_members("Work", by_picker)
-        self.assertIn("checked", self.panel.find("Work", "check box").states)
+        click(self.panel.wait_for("R&D", "check box").center)
+        self.wait_for_members("R&D", by_picker)
+        self.assertIn("checked", self.panel.find("R&D", "check box").states)
         key("Escape")
         self.panel.wait_until_gone("New Group")
-        self.choose_from_menu(1, "Move to Group", "Work")
-        self.wait_for_members("Work", by_picker, by_menu)
-        drag(self.panel.point_in_card(2), self.panel.wait_for("Work", "radio button").center)
-        self.wait_for_members("Work", by_picker, by_menu, by_drop)
+        self.choose_from_menu(1, "Move to Group", "R&D")
+        self.wait_for_members("R&D", by_picker, by_menu)
+        drag(self.panel.point_in_card(2), self.panel.wait_for("R&D", "radio button").center)
+        self.wait_for_members("R&D", by_picker, by_menu, by_drop)
 
-        chip = self.panel.wait_for("Work", "radio button")
+        chip = self.panel.wait_for("R&D", "radio button")
         wait_for(lambda: chip.description == "Group with 3 clips", "the chip's count")
         click(chip.center)
         wait_for(lambda: set(self.panel.cards()) == {by_picker, by_menu, by_drop}, "the members")
@@ -144,10 +143,10 @@ class GroupsTest(PointerTest):
         click(chip.center)
         self.panel.wait_for_cards(*self.texts())
 
-        self.choose_from_menu(1, "Move to Group", "Work")
-        self.wait_for_members("Work", by_picker, by_drop)
+        self.choose_from_menu(1, "Move to Group", "R&D")
+        self.wait_for_members("R&D", by_picker, by_drop)
         self.choose_from_menu(0, "Move to Group", "Remove from all groups")
-        self.wait_for_members("Work", by_drop)
+        self.wait_for_members("R&D", by_drop)
         self.assertEqual(len(self.texts()), 5, "no clip is lost")
 
     def test_a_click_beside_a_popup_only_closes_it(self):
@@ -269,9 +268,7 @@ class DragOutTest(PointerTest):
         target.mkdir()
         document = source / "Report & notes.pdf"
         document.write_bytes(b"%PDF-1.4\n%%EOF\n")
-        mark = self.quillo.mark()
-        self.desktop.copy(f"{document.as_uri()}\r\n", "text/uri-list")
-        self.quillo.wait_for_log("Saved new", mark)
+        self.quillo.capture(f"{document.as_uri()}\r\n", "text/uri-list")
         wait_for(lambda: self.quillo.rows()[0]["fileName"] == document.name, "the file's clip")
         self.desktop.start("pcmanfm", "--no-desktop", "--new-win", str(target))
         left, top, width, height = self.place_above(self.desktop.window("^to$"))

@@ -8,6 +8,7 @@ import unittest
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent))
 from desktop import QuilloTest, key, run, xdotool  # noqa: E402
+from panel import geometry  # noqa: E402
 
 WIDTH, HEIGHT = 1440, 900
 PANEL_HEIGHT, MARGIN = 320, 20
@@ -26,11 +27,10 @@ class ScreensTest(QuilloTest):
 
     def panel_place(self):
         window = self.quillo.show_panel()
-        lines = xdotool("getwindowgeometry", "--shell", window).splitlines()
-        place = dict(line.split("=") for line in lines)
+        place = geometry(window)
         key("Escape")
         self.quillo.wait_until_hidden()
-        return tuple(int(place[name]) for name in ("X", "Y", "WIDTH", "HEIGHT"))
+        return place
 
     def test_the_panel_is_where_the_focus_is_whatever_the_scale(self):
         for scale in (1, 1.25, 1.5, 2):

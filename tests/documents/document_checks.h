@@ -4,9 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <QString>
+#include <span>
 #include <string>
 
-#include "platform/rich_text.h"
+#include "platform/text/document_reader.h"
 
 namespace quillo::testing {
 
@@ -40,6 +41,31 @@ inline void expectRunsCoverText(const StyledText& document) {
         end += run.length;
     }
     ASSERT_EQ(end, document.text.size());
+}
+
+/// A document, and what must come of it.
+struct DocumentCase {
+    const char* name;
+    QByteArray document;
+    const char* expected;
+};
+
+using ReadDocument = Result<StyledText> (DocumentReader::*)(const QByteArray&) const;
+
+/// Reads each document and compares what the function makes of it, as text or as outline.
+template <typename Made>
+void expectRead(std::span<const DocumentCase> rows, ReadDocument read, Made made) {
+    const DocumentReader reader;
+    for (const DocumentCase& row : rows) {
+        const auto document = (reader.*read)(row.document);
+        ASSERT_TRUE(document.has_value()) << row.name;
+        EXPECT_EQ(made(*document), row.expected) << row.name;
+        expectRunsCoverText(*document);
+    }
+}
+
+[[nodiscard]] inline std::string textOf(const StyledText& document) {
+    return document.text.toStdString();
 }
 
 }  // namespace quillo::testing

@@ -3,36 +3,21 @@
 // text says.
 #include <gtest/gtest.h>
 
-#include <QFile>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
+#include <algorithm>
 
 #include "document_checks.h"
-#include "platform/text/document_reader.h"
+#include "support/pasteboard_fixture.h"
 
 namespace quillo::testing {
 namespace {
 
 using namespace Qt::StringLiterals;
 
-QByteArray contents(const QString& path) {
-    QFile file(path);
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
-    return file.readAll();
-}
-
 QByteArray recorded(const QString& folder, const QString& target) {
-    const QString path = QStringLiteral(QUILLO_TEST_DATA "/clipboard/") + folder + u'/';
-    const QJsonArray data =
-        QJsonDocument::fromJson(contents(path + u"manifest.json"_s)).object()[u"data"_s].toArray();
-    for (const QJsonValue& entry : data) {
-        if (entry[u"target"_s].toString() == target) {
-            return contents(path + entry[u"file"_s].toString());
-        }
-    }
-    ADD_FAILURE() << "no such target was recorded";
-    return {};
+    const QList<CopiedTarget> targets = recordedClipboard(folder);
+    const auto found = std::ranges::find(targets, target.toUtf8(), &CopiedTarget::target);
+    EXPECT_TRUE(found != targets.end() && found->reply) << "no such target was recorded";
+    return found != targets.end() ? found->reply.value_or(RawReply{}).bytes : QByteArray();
 }
 
 /// Programs differ in blank lines, in whether a cell begins a line, in list marks and in spaces at

@@ -108,34 +108,6 @@ TEST_F(ChipRowTest, AGroupThatGoesIsNoLongerChosenAndOthersKeepTheFocus) {
     settle();
 }
 
-TEST_F(ChipRowTest, KeysReachEveryChipAndStopAtTheEnds) {
-    row.setSelectedFilter(FilterType::Link);
-    EXPECT_TRUE(row.focusNext()) << "from outside";
-    EXPECT_TRUE(row.chips()[2]->hasFocus());
-    for (int i = 3; i <= 5; ++i) {
-        EXPECT_TRUE(row.focusNext());
-        EXPECT_TRUE(row.chips()[i]->hasFocus());
-    }
-    EXPECT_FALSE(row.focusNext());
-    EXPECT_TRUE(row.chips()[5]->hasFocus());
-    press(Qt::Key_Return);
-    press(Qt::Key_Left);
-    press(Qt::Key_Menu);
-    press(Qt::Key_Space);
-    EXPECT_EQ(taken(), u"new, menu, play"_s);
-    for (int i = 3; i >= 0; --i) {
-        EXPECT_TRUE(row.focusPrevious());
-    }
-    EXPECT_FALSE(row.focusPrevious());
-    press(Qt::Key_Left);
-    EXPECT_EQ(panel.keys, QList<int>{Qt::Key_Left}) << "the bar goes on from there";
-    row.chips()[0]->setFocus();
-    for (int i = 1; i <= 5; ++i) {
-        press(Qt::Key_Tab);
-        EXPECT_TRUE(row.chips()[i]->hasFocus()) << i;
-    }
-}
-
 TEST_F(ChipRowTest, ANarrowRowScrollsToTheFocusedChip) {
     EXPECT_EQ(row.scrollRange(), 0);
     row.resize(200, ChipRow::kHeight);

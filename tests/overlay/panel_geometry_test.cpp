@@ -32,15 +32,6 @@ TEST(PanelGeometry, PlacesThePanelByItsPosition) {
     }
 }
 
-TEST(PanelGeometry, UnknownPositionsReadAsBottomAndTextsSurvive) {
-    for (const auto position : {PanelPosition::Top, PanelPosition::Center, PanelPosition::Bottom}) {
-        EXPECT_EQ(panelPositionFromText(panelPositionText(position)), position);
-    }
-    for (const QString& text : {u""_s, u"Top"_s, u"left"_s}) {
-        EXPECT_EQ(panelPositionFromText(text), PanelPosition::Bottom) << text.toStdString();
-    }
-}
-
 TEST(PanelGeometry, APlaceOffEveryScreenIsBroughtToTheNearest) {
     const QList<QRect> screens = {{0, 0, 1000, 800}, {1000, 0, 1000, 800}};
     const struct {

@@ -150,8 +150,10 @@ TEST(PendingDeletions, AreUndoneTogetherOrDoneForGood) {
         EXPECT_TRUE(deletions.clips().isEmpty());
         EXPECT_EQ(changes, 6);
         deletions.add(clip('d'));
+        deletions.add(clip('e'));
+        deletions.forget([](const QUuid& id) { return id == clip('e'); });
     }
-    EXPECT_EQ(gone, clips("cd")) << "quitting completes what is pending";
+    EXPECT_EQ(gone, clips("cd")) << "quitting completes what is pending and still there";
 }
 
 }  // namespace

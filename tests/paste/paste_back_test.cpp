@@ -89,7 +89,8 @@ TEST_F(Pasting, TheSettingAndAMissingProgramSuppressOnlyTheKeys) {
     m_pasteBack.pasteAndTouch(m_clip->id(), m_editor);
     EXPECT_TRUE(wasTouched());
     EXPECT_EQ(m_withheld, 0);
-    m_defaults.setObject(u"enableAutoPaste"_s, true);
+    // What is no boolean counts as absent, which is on.
+    m_defaults.setObject(u"enableAutoPaste"_s, u"no"_s);
     m_clock.advance(1s);
     m_pasteBack.pasteAndTouch(m_clip->id(), std::nullopt);
     EXPECT_TRUE(wasTouched());
@@ -117,14 +118,17 @@ TEST_F(Pasting, OnlyXtermAndItsKinAreOfferedTheTextAsPrimary) {
 }
 
 TEST_F(Pasting, EveryCopyCarriesTheMarkerFirst) {
-    m_pasteBack.copyToPasteboard(*m_clip, std::nullopt);
-    EXPECT_EQ(m_pasteboard.offeredTargets().value(0), "com.quillohq.Quillo.marker");
-    m_pasteBack.copyQuickly(*m_clip);
-    EXPECT_EQ(m_pasteboard.offeredTargets().value(0), "com.quillohq.Quillo.marker");
-    m_pasteBack.copyInDetail(*m_clip);
-    EXPECT_EQ(m_pasteboard.offeredTargets().value(0), "com.quillohq.Quillo.marker");
-    m_pasteBack.copyTransformed(*m_clip, TextTransformation::Uppercase);
-    EXPECT_EQ(m_pasteboard.offeredTargets().value(0), "com.quillohq.Quillo.marker");
+    const std::function<void()> ways[] = {
+        [this] { m_pasteBack.copyToPasteboard(*m_clip, std::nullopt); },
+        [this] { m_pasteBack.copyQuickly(*m_clip); },
+        [this] { m_pasteBack.copyInDetail(*m_clip); },
+        [this] { m_pasteBack.copyTransformed(*m_clip, TextTransformation::Uppercase); },
+    };
+    for (const auto& copy : ways) {
+        m_pasteboard.clear();
+        copy();
+        EXPECT_EQ(m_pasteboard.offeredTargets().value(0), "com.quillohq.Quillo.marker");
+    }
     EXPECT_EQ(m_pasteboard.paste("UTF8_STRING").value_or(RawReply{}).bytes, "WORDS");
     m_clip->setPlaintext({});
     m_pasteBack.copyTransformed(*m_clip, TextTransformation::Lowercase);

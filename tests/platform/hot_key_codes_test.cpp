@@ -19,21 +19,6 @@ TEST(HotKeyCodes, NamePositionsOfTheKeyboard) {
     }
 }
 
-TEST(HotKeyCodes, EveryNamedKeyHasOneCodeEachWay) {
-    const quint32 named[] = {0,  11, 8,  2,   14,  3,   5,   4,   34,  38,  40,  37,  46,  45, 31,
-                             35, 12, 15, 1,   17,  32,  9,   13,  7,   16,  6,   29,  18,  19, 20,
-                             21, 23, 22, 26,  28,  25,  49,  36,  48,  53,  51,  122, 120, 99, 118,
-                             96, 97, 98, 100, 101, 109, 103, 111, 123, 124, 126, 125};
-    for (const quint32 code : named) {
-        EXPECT_NE(evdevFromVirtualKeyCode(code), 0U) << code;
-    }
-    for (quint32 code = 0; code < 300; ++code) {
-        if (const quint32 evdev = evdevFromVirtualKeyCode(code); evdev != 0) {
-            EXPECT_EQ(virtualKeyCodeFromEvdev(evdev), code);
-        }
-    }
-}
-
 TEST(HotKeyCodes, WhatIsNoKeyHasNoCode) {
     EXPECT_EQ(evdevFromVirtualKeyCode(kNoVirtualKeyCode), 0U);
     EXPECT_EQ(evdevFromVirtualKeyCode(55), 0U) << "a modifier alone is no shortcut";

@@ -62,20 +62,6 @@ TEST_F(JsonUserDefaultsTest, WritesForItsOwnerAloneAndReadsAgain) {
     EXPECT_EQ(JsonUserDefaults(m_path).real(u"panelOpacity"_s), 0.85);
 }
 
-TEST_F(JsonUserDefaultsTest, WritesAtTheEndOfTheTurn) {
-    JsonUserDefaults defaults(m_path);
-    defaults.setObject(u"captureSound"_s, u"Frog"_s);
-    defaults.setObject(u"appTheme"_s, u"dark"_s);
-    EXPECT_TRUE(waitUntil([&] { return stored().size() == 2; }));
-}
-
-TEST_F(JsonUserDefaultsTest, NothingIsWrittenUntilSomethingIsSet) {
-    {
-        const JsonUserDefaults defaults(m_path);
-    }
-    EXPECT_THAT(filesInFolder(), ElementsAre());
-}
-
 TEST_F(JsonUserDefaultsTest, KeepsKeysItDoesNotKnowAndValuesOfAWrongType) {
     writeByHand(R"({"future":{"a":[1]},"maxHistoryItems":"many","old":1})");
     {
@@ -88,44 +74,32 @@ TEST_F(JsonUserDefaultsTest, KeepsKeysItDoesNotKnowAndValuesOfAWrongType) {
               R"({"appTheme":"dark","future":{"a":[1]},"maxHistoryItems":"many"})");
 }
 
-struct ForeignFile {
-    const char* name;
-    QByteArray bytes;
-};
-
-void PrintTo(const ForeignFile& row, std::ostream* stream) {
-    *stream << row.name;
+TEST_F(JsonUserDefaultsTest, AForeignFileIsLeftAloneAndPutAsideBeforeTheFirstWrite) {
+    const std::pair<const char*, QByteArray> rows[] = {
+        {"cut off", R"({"appTheme":"da)"},
+        {"an array", R"(["appTheme"])"},
+        {"empty", ""},
+        {"no UTF-8", QByteArray("\xff\xfe{\0}\0", 6)},
+        {"a key with a mark", "{\"\xef\xbb\xbfkey\":1}"},
+        {"too large", R"({"appTheme":"dark"})" + QByteArray(1024 * 1024, ' ')},
+    };
+    for (const auto& [name, bytes] : rows) {
+        SCOPED_TRACE(name);
+        QFileInfo(m_path).dir().removeRecursively();
+        writeByHand(bytes);
+        JsonUserDefaults defaults(m_path);
+        EXPECT_FALSE(defaults.object(u"appTheme"_s));
+        ASSERT_TRUE(defaults.flush());
+        EXPECT_EQ(bytesOf(m_path), bytes) << "nothing was set, so nothing may be written";
+        defaults.setObject(u"captureImages"_s, false);
+        ASSERT_TRUE(defaults.flush());
+        EXPECT_EQ(stored(), (QJsonObject{{u"captureImages"_s, false}}));
+        QStringList others = filesInFolder();
+        others.removeOne(u"settings.json"_s);
+        ASSERT_EQ(others.size(), 1);
+        EXPECT_EQ(bytesOf(QFileInfo(m_path).dir().filePath(others.constFirst())), bytes);
+    }
 }
-
-class JsonUserDefaultsForeignFile : public JsonUserDefaultsTest,
-                                    public ::testing::WithParamInterface<ForeignFile> {};
-
-TEST_P(JsonUserDefaultsForeignFile, IsLeftAloneAndPutAsideBeforeTheFirstWrite) {
-    const QByteArray bytes = GetParam().bytes;
-    writeByHand(bytes);
-    JsonUserDefaults defaults(m_path);
-    EXPECT_FALSE(defaults.object(u"appTheme"_s));
-    ASSERT_TRUE(defaults.flush());
-    EXPECT_EQ(bytesOf(m_path), bytes) << "nothing was set, so nothing may be written";
-
-    defaults.setObject(u"captureImages"_s, false);
-    ASSERT_TRUE(defaults.flush());
-    EXPECT_EQ(stored(), (QJsonObject{{u"captureImages"_s, false}}));
-    QStringList others = filesInFolder();
-    others.removeOne(u"settings.json"_s);
-    ASSERT_EQ(others.size(), 1);
-    EXPECT_EQ(bytesOf(QFileInfo(m_path).dir().filePath(others.constFirst())), bytes);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Files, JsonUserDefaultsForeignFile,
-    ::testing::Values(ForeignFile{"cut_off", R"({"appTheme":"da)"},
-                      ForeignFile{"an_array", R"(["appTheme"])"}, ForeignFile{"empty", ""},
-                      ForeignFile{"not_utf8", QByteArray("\xff\xfe{\0}\0", 6)},
-                      ForeignFile{"a_key_with_a_mark", "{\"\xef\xbb\xbfkey\":1}"},
-                      ForeignFile{"too_large",
-                                  R"({"appTheme":"dark"})" + QByteArray(1024 * 1024, ' ')}),
-    [](const auto& row) { return std::string(row.param.name); });
 
 TEST_F(JsonUserDefaultsTest, TellsOfEachKeyEditedByHandAndNotOfItsOwnWrites) {
     JsonUserDefaults defaults(m_path);

@@ -8,6 +8,7 @@
 #include <atomic>
 
 #include "platform/pasteboard_reading.h"
+#include "support/plain_converters.h"
 
 using namespace Qt::StringLiterals;
 
@@ -16,36 +17,22 @@ namespace quillo::testing {
 namespace {
 
 /// Converts in a way that shows in the result, and counts how often.
-class CountingConverters final : public RichTextReader, public ImageCodec {
+class CountingConverters final : public PlainConverters {
 public:
     Result<StyledText> readRtf(const QByteArray& rtf) const override {
         ++conversions;
-        return rtf.startsWith("{\\rtf") ? Result<StyledText>(StyledText{u"of rtf"_s, {}})
-                                        : malformed();
+        return rtf.startsWith("{\\rtf") ? Result<StyledText>(StyledText{u"of rtf"_s, {}}) : none();
     }
     Result<StyledText> readHtml(const QByteArray&) const override {
-        ++conversions;
         return StyledText{u"• of html"_s, {}};
     }
     Result<QImage> decode(const QByteArray&) const override {
-        ++conversions;
         return QImage(1, 1, QImage::Format_RGB32);
     }
-    Result<QSize> size(const QByteArray&) const override { return malformed(); }
-    Result<QImage> decodeScaled(const QByteArray&, QSize) const override { return malformed(); }
     Result<QByteArray> encodePng(const QImage&) const override { return QByteArray("as png"); }
-    Result<QByteArray> encodeJpeg(const QImage&, double) const override { return malformed(); }
-    QString mimeType(const QByteArray& bytes) const override {
-        return bytes == "jpeg bytes"  ? u"image/jpeg"_s
-               : bytes == "png bytes" ? u"image/png"_s
-                                      : QString();
-    }
-
     PasteboardConverters both() const { return {*this, *this}; }
-    mutable std::atomic<int> conversions = 0;
 
-private:
-    static std::unexpected<Error> malformed() { return failure(ErrorKind::Malformed, {}); }
+    mutable std::atomic<int> conversions = 0;
 };
 
 QList<QByteArray> targetsOf(const PasteboardOffers& offers) {
@@ -88,8 +75,8 @@ TEST(PasteboardFormats, OffersEachKindUnderItsNamesTheMarkerFirst) {
          kRtfs + QList<QByteArray>{"text/html"} + kTexts,
          "t"},
         {"HTML", {.html = "<li>"}, QList<QByteArray>{"text/html"} + kTexts, "\xe2\x80\xa2 of html"},
-        {"PNG", {.image = "png bytes"}, {"image/png"}, {}},
-        {"JPEG", {.image = "jpeg bytes"}, {"image/jpeg", "image/png"}, {}},
+        {"PNG", {.image = "\x89PNG"}, {"image/png"}, {}},
+        {"JPEG", {.image = "\xff\xd8 jpeg"}, {"image/jpeg", "image/png"}, {}},
         {"an image that is none", {.image = "?"}, {}, {}},
         {"a file",
          {.fileUrl = file},
@@ -109,9 +96,9 @@ TEST(PasteboardFormats, OffersEachKindUnderItsNamesTheMarkerFirst) {
 
 TEST(PasteboardFormats, ConvertsOnlyWhatIsAskedForAndOnce) {
     const CountingConverters converters;
-    const auto offers = offersFor({.rtf = "{\\rtf1}", .image = "jpeg bytes"}, converters.both());
+    const auto offers = offersFor({.rtf = "{\\rtf1}", .image = "\xff\xd8 jpeg"}, converters.both());
     EXPECT_EQ(replyOf(offers, "text/rtf")->bytes, "{\\rtf1}");
-    EXPECT_EQ(replyOf(offers, "image/jpeg")->bytes, "jpeg bytes");
+    EXPECT_EQ(replyOf(offers, "image/jpeg")->bytes, "\xff\xd8 jpeg");
     EXPECT_EQ(converters.conversions, 0);
     EXPECT_EQ(replyOf(offers, "STRING")->bytes, "of rtf");
     EXPECT_TRUE(replyOf(offers, "text/html")->bytes.contains("of rtf"));

@@ -39,43 +39,6 @@ TEST(ClipboardKeeper, AProgramThatLetsGoForAMomentHasCopiedOnce) {
     EXPECT_FALSE(keeper.expire(kStart + 1s).hasChanged);
 }
 
-TEST(ClipboardKeeper, RestoresWhatWasKeptOnlyOfAProgramThatQuit) {
-    struct Row {
-        const char* name;
-        OwnerLoss loss;
-        bool isKept;
-        bool isRestored;
-    };
-    for (const Row& row : {Row{"quit, kept", OwnerLoss::Quit, true, true},
-                           Row{"quit, not kept", OwnerLoss::Quit, false, false},
-                           Row{"cleared, kept", OwnerLoss::Cleared, true, false}}) {
-        SCOPED_TRACE(row.name);
-        ClipboardKeeper keeper = copied();
-        EXPECT_FALSE(
-            keeper.settle(2, row.isKept ? std::optional(kKept) : std::nullopt).restoration);
-        keeper.lost(row.loss, 200, kStart);
-        const auto outcome = keeper.expire(kStart + 20ms);
-        EXPECT_EQ(outcome.restoration.has_value(), row.isRestored);
-        EXPECT_EQ(outcome.hasChanged, !row.isRestored) << "a restoration is one change, later";
-        if (outcome.restoration) {
-            EXPECT_EQ(outcome.restoration->time, 200U) << "not later than what came since";
-        }
-        EXPECT_FALSE(keeper.settle(2, kKept).restoration) << "it was said already";
-    }
-}
-
-TEST(ClipboardKeeper, SettlesLateOnlyForTheCopyWhoseProgramQuit) {
-    ClipboardKeeper keeper = copied();
-    keeper.lost(OwnerLoss::Quit, 200, kStart);
-    EXPECT_TRUE(keeper.expire(kStart + 20ms).hasChanged);
-    EXPECT_FALSE(keeper.settle(3, std::nullopt).restoration);
-    EXPECT_FALSE(keeper.settle(1, kKept).restoration);
-    ClipboardKeeper overtaken = keeper;
-    EXPECT_TRUE(keeper.settle(2, kKept).restoration);
-    EXPECT_TRUE(overtaken.ownedBy(kProgram + 1, 300).hasChanged);
-    EXPECT_FALSE(overtaken.settle(2, kKept).restoration);
-}
-
 }  // namespace
 
 }  // namespace quillo::x11

@@ -2,8 +2,8 @@
 quillo_test(platform_services
   SOURCES user_defaults_test.cpp json_user_defaults_test.cpp uniform_types_test.cpp
           file_bookmark_test.cpp hot_key_codes_test.cpp desktop_entry_test.cpp
-          desktop_entry_index_test.cpp paste_steps_test.cpp
-  DEPENDS quillo_platform_freedesktop quillo_platform_x11)
+           autostart_login_item_test.cpp desktop_entry_index_test.cpp paste_steps_test.cpp
+  DEPENDS quillo_platform_freedesktop quillo_platform_x11 quillo_model)
 
 # The same services against a real X server, real programs and three ways to manage windows.
 set(contract_desktop_dir "${CMAKE_SOURCE_DIR}/tests/contract_desktop")

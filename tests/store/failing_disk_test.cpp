@@ -119,6 +119,21 @@ protected:
         objects.waitUntilIdle();
         return failures;
     }
+    /// Lets the nth operation fail, for ever larger numbers until none meets the failure.
+    void forEachFailure(const Fault& fault,
+                        const std::function<void(FailingVfs&, int, const std::string&)>& attempt) {
+        for (int nth = 1;; nth = next(nth)) {
+            const std::string where = fault.name + (" number " + std::to_string(nth));
+            putTemplate();
+            FailingVfs disk;
+            attempt(disk, nth, where);
+            const bool hasFailed = disk.hasFailed();
+            expectWhatWasReported(where);
+            if (!hasFailed || HasFailure()) {
+                break;
+            }
+        }
+    }
     void expectWhatWasReported(const std::string& where) {
         open();
         EXPECT_EQ(texts(controller->viewContext(), Qt::AscendingOrder), m_expected) << where;
@@ -137,30 +152,19 @@ protected:
 TEST_F(FailingDiskTest, EachFailureIsReportedAndCostsOnlyWhatMetIt) {
     for (const Fault& fault : kFaults) {
         int reported = 0;
-        for (int nth = 1;; nth = next(nth)) {
-            const std::string where = fault.name + (" number " + std::to_string(nth));
-            putTemplate();
-            FailingVfs disk;
-            bool hasFailed = false;
-            {
-                auto connections = openStore({filePath()});
-                ASSERT_TRUE(connections) << where;
-                ObjectStore objects(std::move(*connections), clock);
-                disk.failAt(fault.operation, nth, fault.code);
-                const int failures = work(objects);
-                hasFailed = disk.hasFailed();
-                EXPECT_LE(failures, hasFailed ? 4 : 0) << where;
-                reported += failures;
-                disk.repair();
-                objects.perform([&](ObjectContext& context) {
-                    EXPECT_TRUE(capture(context, "later")) << where << ": the next save works";
-                });
-            }
-            expectWhatWasReported(where);
-            if (!hasFailed || HasFailure()) {
-                break;
-            }
-        }
+        forEachFailure(fault, [&](FailingVfs& disk, int nth, const std::string& where) {
+            auto connections = openStore({filePath()});
+            ASSERT_TRUE(connections) << where;
+            ObjectStore objects(std::move(*connections), clock);
+            disk.failAt(fault.operation, nth, fault.code);
+            const int failures = work(objects);
+            EXPECT_LE(failures, disk.hasFailed() ? 4 : 0) << where;
+            reported += failures;
+            disk.repair();
+            objects.perform([&](ObjectContext& context) {
+                EXPECT_TRUE(capture(context, "later")) << where << ": the next save works";
+            });
+        });
         EXPECT_EQ(reported > 0, fault.isMetAtWork) << fault.name;
     }
 }
@@ -168,20 +172,12 @@ TEST_F(FailingDiskTest, EachFailureIsReportedAndCostsOnlyWhatMetIt) {
 TEST_F(FailingDiskTest, AStoreThatFailsWhileItIsOpenedIsNotTouched) {
     for (const Fault& fault : kFaults) {
         int refused = 0;
-        for (int nth = 1;; nth = next(nth)) {
-            const std::string where = fault.name + (" number " + std::to_string(nth));
-            putTemplate();
-            FailingVfs disk;
+        forEachFailure(fault, [&](FailingVfs& disk, int nth, const std::string& where) {
             disk.failAt(fault.operation, nth, fault.code);
             refused += loadStore({filePath()}, clock.now()).connections ? 0 : 1;
-            const bool hasFailed = disk.hasFailed();
             disk.repair();
             EXPECT_TRUE(storesSetAside(filePath()).isEmpty()) << where;
-            expectWhatWasReported(where);
-            if (!hasFailed || HasFailure()) {
-                break;
-            }
-        }
+        });
         EXPECT_EQ(refused > 0, fault.isMetAtOpening) << fault.name;
     }
 }

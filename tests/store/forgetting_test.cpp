@@ -182,6 +182,7 @@ TEST_F(ForgettingTest, DeletingEverythingIsFinishedByTheNextStart) {
              {"SELECT count(*) FROM ClipPinboards", 0},
              {"SELECT count(*) FROM Tombstone", 50},
              {"SELECT count(*) FROM ChangeLog WHERE entity = 0 AND change = 2", 50},
+             {"SELECT count(*) FROM ChangeLog WHERE entity = 0 AND change <> 2", 0},
              {"SELECT count(*) FROM ChangeLog WHERE entity = 1 AND change = 1", 100},
              {"PRAGMA freelist_count", 1}}) {
         EXPECT_EQ((*raw)->queryInteger(query), expected) << query.constData();

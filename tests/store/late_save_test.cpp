@@ -3,27 +3,14 @@
 
 #include "model/clip_history.h"
 #include "model/pinboard.h"
-#include "platform/user_defaults.h"
 #include "store_fixture.h"
+#include "support/memory_user_defaults.h"
 
 using namespace Qt::StringLiterals;
 using namespace quillo;
 using namespace quillo::testing;
 
 namespace {
-
-class LimitOnly final : public UserDefaults {
-public:
-    explicit LimitOnly(qint64 limit) : m_limit(limit) {}
-    [[nodiscard]] std::optional<QJsonValue> object(const QString& key) const override {
-        return key == u"maxHistoryItems"_s ? std::optional(QJsonValue(m_limit)) : std::nullopt;
-    }
-    void setObject(const QString&, const QJsonValue&) override {}
-    void remove(const QString&) override {}
-
-private:
-    qint64 m_limit;
-};
 
 /// Tells how often it was read: each attempt to open the store reads it.
 class CountingClock final : public Clock {
@@ -52,7 +39,7 @@ protected:
     }
     void TearDown() override { close(); }
     void openLocked(qint64 limit = 0) {
-        defaults = std::make_unique<LimitOnly>(limit);
+        defaults = std::make_unique<MemoryUserDefaults>(QJsonObject{{u"maxHistoryItems"_s, limit}});
         auto held = options();
         held.defaults = defaults.get();
         controller = std::make_unique<PersistenceController>(held);
@@ -72,7 +59,7 @@ protected:
     ObjectContext& view() { return controller->viewContext(); }
 
     std::unique_ptr<SqliteDatabase> other;
-    std::unique_ptr<LimitOnly> defaults;
+    std::unique_ptr<MemoryUserDefaults> defaults;
 };
 
 TEST_F(LateSaveTest, WhatWasHeldInMemoryIsSavedThroughTheNormalWay) {

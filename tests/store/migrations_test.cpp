@@ -39,13 +39,6 @@ protected:
     MigrationStep first{};
 };
 
-TEST_F(MigrationsTest, TheStepsOfTheProgramAscendFromOne) {
-    int expected = 1;
-    for (const MigrationStep& step : storeMigrations()) {
-        EXPECT_EQ(step.version, expected++);
-    }
-}
-
 TEST_F(MigrationsTest, AFreshFileIsAtTheNewestVersionAtOnceAndAgain) {
     const MigrationStep steps[] = {first, {2, addTwiceAndFail}};
     ASSERT_TRUE(migrate(*database, steps)) << "the second step is for old files only";

@@ -39,8 +39,9 @@ public:
         return true;
     }
 
-    /// Another program owns the combination from now on.
+    /// Another program owns the combination from now on, until it gives it back.
     void takeByAnother(HotKeyChord chord) { m_ownedByOthers.append(chord); }
+    void giveBack(HotKeyChord chord) { m_ownedByOthers.removeAll(chord); }
 
     [[nodiscard]] bool isRegistered(HotKeyChord chord) const {
         return std::ranges::find(m_entries, chord, &Entry::chord) != m_entries.end();

@@ -4,54 +4,15 @@
 #include <algorithm>
 #include <utility>
 
+#include "support/plain_converters.h"
+
 namespace quillo::testing {
 
 namespace {
 
-class PlainRichText final : public RichTextReader {
-public:
-    [[nodiscard]] Result<StyledText> readRtf(const QByteArray& document) const override {
-        return StyledText{QString::fromUtf8(document), {}};
-    }
-    [[nodiscard]] Result<StyledText> readHtml(const QByteArray& document) const override {
-        return StyledText{QString::fromUtf8(document), {}};
-    }
-};
-
-class SniffingImages final : public ImageCodec {
-public:
-    [[nodiscard]] Result<QImage> decode(const QByteArray& bytes) const override {
-        const QImage image = QImage::fromData(bytes);
-        return image.isNull() ? Result<QImage>(none()) : image;
-    }
-    [[nodiscard]] Result<QSize> size(const QByteArray& bytes) const override {
-        const auto image = decode(bytes);
-        return image ? Result<QSize>(image->size()) : none();
-    }
-    [[nodiscard]] Result<QImage> decodeScaled(const QByteArray& bytes, QSize) const override {
-        return decode(bytes);
-    }
-    [[nodiscard]] Result<QByteArray> encodePng(const QImage&) const override { return none(); }
-    [[nodiscard]] Result<QByteArray> encodeJpeg(const QImage&, double) const override {
-        return none();
-    }
-    [[nodiscard]] QString mimeType(const QByteArray& bytes) const override {
-        return bytes.startsWith("\x89PNG")    ? QStringLiteral("image/png")
-               : bytes.startsWith("\xff\xd8") ? QStringLiteral("image/jpeg")
-               : bytes.startsWith("GIF8")     ? QStringLiteral("image/gif")
-                                              : QString();
-    }
-
-private:
-    static std::unexpected<Error> none() {
-        return failure(ErrorKind::Unsupported, QStringLiteral("the fake converts nothing"));
-    }
-};
-
 const PasteboardConverters& plainConverters() {
-    static const PlainRichText richText;
-    static const SniffingImages images;
-    static const PasteboardConverters converters{richText, images};
+    static const PlainConverters plain;
+    static const PasteboardConverters converters{plain, plain};
     return converters;
 }
 
@@ -189,7 +150,7 @@ void FakePasteboard::setListener(std::function<void(PasteboardChange)> listener)
     m_listener = std::move(listener);
 }
 
-void FakePasteboard::copyFrom(QList<CopiedTarget> targets) {
+void FakePasteboard::copyFrom(const QList<CopiedTarget>& targets) {
     PasteboardOffers offers;
     for (const CopiedTarget& target : targets) {
         offers.append({target.target, std::make_shared<const Lazy<std::optional<RawReply>>>(
@@ -230,12 +191,6 @@ void FakePasteboard::announceQuit() {
 void FakePasteboard::stall(const QByteArray& target) {
     const std::scoped_lock lock(m_state->mutex);
     m_state->stalled.insert(target);
-}
-
-void FakePasteboard::release(const QByteArray& target) {
-    const std::scoped_lock lock(m_state->mutex);
-    m_state->stalled.remove(target);
-    m_state->changed.notify_all();
 }
 
 std::optional<RawReply> FakePasteboard::paste(const QByteArray& target) {

@@ -51,6 +51,22 @@ public:
         answerWaitSoon();
     }
 
+    [[nodiscard]] std::unique_ptr<ActivationWatch> watchActivation(
+        std::function<void()> changed) override {
+        class Watch final : public ActivationWatch {
+        public:
+            Watch(FakeWorkspace& workspace, quint64 id) : m_workspace(workspace), m_id(id) {}
+            ~Watch() override { m_workspace.m_watches.remove(m_id); }
+
+        private:
+            FakeWorkspace& m_workspace;
+            quint64 m_id;
+        };
+        m_watches.insert(++m_lastWatch, std::move(changed));
+        return std::make_unique<Watch>(*this, m_lastWatch);
+    }
+    [[nodiscard]] bool isWatched() const { return !m_watches.isEmpty(); }
+
     [[nodiscard]] std::optional<InstalledApplication> installedApplication(
         const QString& bundleIdentifier) override {
         const auto found = m_installed.constFind(bundleIdentifier);
@@ -67,6 +83,9 @@ public:
             m_active = application;
         }
         answerWaitSoon();
+        for (const auto watches = m_watches; const auto& changed : watches) {
+            changed();
+        }
     }
 
     void setFrame(quint32 windowId, const QRect& frame) { m_frames.insert(windowId, frame); }
@@ -103,6 +122,8 @@ private:
     QTimer m_deadline;
     quint32 m_waitsFor = 0;
     std::function<void(bool)> m_callback;
+    QHash<quint64, std::function<void()>> m_watches;
+    quint64 m_lastWatch = 0;
 };
 
 }  // namespace quillo::testing

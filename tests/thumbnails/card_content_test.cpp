@@ -16,81 +16,44 @@ using namespace Qt::StringLiterals;
 namespace quillo {
 namespace {
 
-struct Row {
-    const char* name;
-    qint64 rawType;
-    QString text;
-    QString url;
-    QString fileName;
-    QString label;
-    QString symbol;
-    CardPreview preview;
-};
-
 TEST(CardContent, KindSymbolAndPreviewFollowTheClip) {
     testing::ManualClock clock;
     PersistenceController persistence(testing::inMemory(clock));
-    const Row rows[] = {
-        {"text", 0, u"hello"_s, {}, {}, u"Text"_s, u"doc.text"_s, CardPreview::Text},
-        {"unknown type", 77, u"hello"_s, {}, {}, u"Text"_s, u"doc.text"_s, CardPreview::Text},
-        {"link",
-         0,
-         u"https://a.org"_s,
-         u"https://a.org"_s,
-         {},
-         u"Link"_s,
-         u"link"_s,
-         CardPreview::Link},
-        {"colour", 0, u" #ff8e72\n"_s, {}, {}, u"Color"_s, u"paintpalette"_s, CardPreview::Swatch},
-        {"a colour that is a link",
-         0,
-         u"#abc"_s,
-         u"https://a.org"_s,
-         {},
-         u"Link"_s,
-         u"link"_s,
-         CardPreview::Swatch},
-        {"rich text that names a colour",
-         1,
-         u"#abc"_s,
-         {},
-         {},
-         u"Rich Text"_s,
-         u"doc.richtext"_s,
-         CardPreview::RichText},
-        {"html", 2, u"x"_s, {}, {}, u"HTML"_s, u"globe"_s, CardPreview::RichText},
-        {"image", 3, {}, {}, {}, u"Image"_s, u"photo"_s, CardPreview::Image},
-        {"sheet",
-         4,
-         {},
-         u"file:///a/b.xlsx"_s,
-         u"b.xlsx"_s,
-         u"Excel"_s,
-         u"tablecells.fill"_s,
-         CardPreview::File},
-        {"file of no kind",
-         4,
-         {},
-         u"file:///a/b.zzz"_s,
-         u"b.zzz"_s,
-         u"File"_s,
-         u"doc"_s,
-         CardPreview::File},
+    using enum CardPreview;
+    const QString link = u"https://a.org"_s;
+    const struct {
+        const char* name;
+        qint64 rawType;
+        std::optional<QString> text;
+        std::optional<QString> url;  ///< A file's name is its last part.
+        QString label;
+        QString symbol;
+        CardPreview preview;
+    } rows[] = {
+        {"text", 0, u"hello"_s, {}, u"Text"_s, u"doc.text"_s, Text},
+        {"unknown type", 77, u"hello"_s, {}, u"Text"_s, u"doc.text"_s, Text},
+        {"link", 0, link, link, u"Link"_s, u"link"_s, Link},
+        {"colour", 0, u" #ff8e72\n"_s, {}, u"Color"_s, u"paintpalette"_s, Swatch},
+        {"a colour that is a link", 0, u"#abc"_s, link, u"Link"_s, u"link"_s, Swatch},
+        {"colour in rich text", 1, u"#abc"_s, {}, u"Rich Text"_s, u"doc.richtext"_s, RichText},
+        {"html", 2, u"x"_s, {}, u"HTML"_s, u"globe"_s, RichText},
+        {"image", 3, {}, {}, u"Image"_s, u"photo"_s, Image},
+        {"sheet", 4, {}, u"file:///a/b.xlsx"_s, u"Excel"_s, u"tablecells.fill"_s, File},
+        {"file of no kind", 4, {}, u"file:///a/b.zzz"_s, u"File"_s, u"doc"_s, File},
     };
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         const auto clip = Clip::create(persistence.viewContext(), clock.now());
-        const auto given = [](const QString& text) {
-            return text.isNull() ? std::nullopt : std::optional(text);
-        };
         clip->setRawType(row.rawType);
-        clip->setPlaintext(given(row.text));
-        clip->setUrlString(given(row.url));
-        clip->setFileName(given(row.fileName));
+        clip->setPlaintext(row.text);
+        clip->setUrlString(row.url);
+        if (row.rawType == 4) {
+            clip->setFileName(row.url->section(u'/', -1));
+        }
         const CardContent card = cardContentFor(*clip, u"Editor"_s);
         EXPECT_EQ(card.kindLabel, row.label) << row.name;
         EXPECT_EQ(card.symbol, row.symbol) << row.name;
         EXPECT_EQ(card.preview, row.preview) << row.name;
-        EXPECT_EQ(card.swatch.has_value(), row.preview == CardPreview::Swatch) << row.name;
+        EXPECT_EQ(card.swatch.has_value(), row.preview == Swatch) << row.name;
     }
 }
 

@@ -6,6 +6,7 @@
 #include "library/thumbnails/rich_preview.h"
 #include "platform/images/qt_image_codec.h"
 #include "platform/text/document_reader.h"
+#include "support/plain_converters.h"
 
 using namespace Qt::StringLiterals;
 
@@ -37,40 +38,31 @@ TEST(PictureMaker, FillsAPlaceWithoutMakingABlurOfIt) {
     }
 }
 
-/// Notes the bounds that a decode was asked for.
-class NotingCodec final : public ImageCodec {
+/// Pictures of one size; notes the bounds that a decode was asked for.
+class NotingCodec final : public testing::PlainConverters {
 public:
-    Result<QImage> decode(const QByteArray& bytes) const override { return codec.decode(bytes); }
-    Result<QSize> size(const QByteArray& bytes) const override {
-        return hasSizes ? codec.size(bytes) : failure(ErrorKind::Malformed, u"no header"_s);
+    Result<QSize> size(const QByteArray&) const override {
+        return hasSizes ? Result<QSize>(kSize) : none();
     }
-    Result<QImage> decodeScaled(const QByteArray& bytes, QSize bounds) const override {
+    Result<QImage> decodeScaled(const QByteArray&, QSize bounds) const override {
         asked = bounds;
-        return codec.decodeScaled(bytes, bounds);
+        return plain(kSize.scaled(bounds, Qt::KeepAspectRatio));
     }
-    Result<QByteArray> encodePng(const QImage& image) const override {
-        return codec.encodePng(image);
-    }
-    Result<QByteArray> encodeJpeg(const QImage& image, double quality) const override {
-        return codec.encodeJpeg(image, quality);
-    }
-    QString mimeType(const QByteArray& bytes) const override { return codec.mimeType(bytes); }
 
-    QtImageCodec codec;
+    static constexpr QSize kSize{4000, 3000};
     bool hasSizes = true;
     mutable QSize asked;
 };
 
 TEST(PictureMaker, DecodesNoMoreThanTwiceThePlaceAndKnowsTheTrueSize) {
     NotingCodec codec;
-    const DocumentReader documents;
-    QByteArray jpeg = *codec.encodeJpeg(plain({4000, 3000}), 0.5);
-    const PictureMaker maker{codec, documents, [&](const QUuid&, ClipAttribute) { return jpeg; }};
+    const PictureMaker maker{codec, codec,
+                             [](const QUuid&, ClipAttribute) { return QByteArray("picture"); }};
     PictureRequest request;
     request.pixels = QSize(200, 150);
     const PictureResult made = maker.make(request);
     EXPECT_EQ(codec.asked, QSize(400, 400));
-    EXPECT_EQ(made.imageSize, QSize(4000, 3000));
+    EXPECT_EQ(made.imageSize, NotingCodec::kSize);
     EXPECT_EQ(made.image.size(), QSize(200, 150));
     codec.hasSizes = false;
     const PictureResult unsized = maker.make(request);

@@ -1,30 +1,18 @@
 // SPDX-License-Identifier: MIT
 // Asks the owner of CLIPBOARD as no well-behaved program does. Every mode says one word when it
 // has done what it is for; 'stall' then waits to be killed.
-#include <xcb/xcb.h>
-
-#include <QByteArray>
+// usage: hostile_requestor stall TARGET N   N windows take one part of a large reply: 'stalled'
+//        hostile_requestor vanish TARGET N  the same, then all are destroyed: 'vanished'
+//        hostile_requestor nonsense TARGET  requests that mean nothing: 'done' N-ANSWERS
+//        hostile_requestor flood TARGET MS  a thousand requests a second: 'flooded' N-ANSWERS
 #include <QList>
 #include <QThread>
-#include <cstdio>
 #include <cstdlib>
-#include <utility>
 #include <vector>
 
-#include "platform/x11/xcb_support.h"
-
-using quillo::x11::AtomTable;
-using quillo::x11::Connection;
-using quillo::x11::XcbPtr;
+#include "tools/x_client.h"
 
 namespace {
-
-constexpr const char* kUsage =
-    "usage: hostile_requestor stall TARGET N   N windows take one part of a large reply: "
-    "'stalled'\n"
-    "       hostile_requestor vanish TARGET N  the same, then all are destroyed: 'vanished'\n"
-    "       hostile_requestor nonsense TARGET  requests that mean nothing: 'done' N-ANSWERS\n"
-    "       hostile_requestor flood TARGET MS  a thousand requests a second: 'flooded' N-ANSWERS\n";
 
 struct Question {
     const char* selection = "CLIPBOARD";
@@ -41,16 +29,15 @@ struct Pairs {
     std::uint8_t format = 32;
 };
 
-class Requestor {
+class Requestor final : public quillo::testing::XClient {
 public:
-    explicit Requestor(Connection connection)
-        : m_connection(std::move(connection)), m_atoms(m_connection.get()) {}
+    using XClient::XClient;
 
     int stall(const QByteArray& target, int count, bool vanishes) {
         std::vector<xcb_window_t> windows;
         for (int i = 0; i < count; ++i) {
             windows.push_back(makeWindow());
-            ask({"CLIPBOARD", m_atoms.atom(target), m_atoms.atom("PASTED"), windows.back()});
+            ask({"CLIPBOARD", atom(target), atom("PASTED"), windows.back()});
         }
         for (int taken = 0; taken < count;) {
             const auto event = waitForEvent();
@@ -59,18 +46,18 @@ public:
             }
             // The announcement is the first that is deleted; what then comes is the first part.
             if (typeOf(*event) == XCB_SELECTION_NOTIFY) {
-                const auto& answer = reinterpret_cast<xcb_selection_notify_event_t&>(*event);
-                xcb_delete_property(m_connection.get(), answer.requestor, m_atoms.atom("PASTED"));
+                const auto& answer = as<xcb_selection_notify_event_t>(*event);
+                xcb_delete_property(server(), answer.requestor, atom("PASTED"));
                 taken += 1;
             }
         }
         if (vanishes) {
             for (const xcb_window_t window : windows) {
-                xcb_destroy_window(m_connection.get(), window);
+                xcb_destroy_window(server(), window);
             }
         }
-        quillo::x11::waitForServer(m_connection.get());
-        say(vanishes ? "vanished" : "stalled", count);
+        quillo::x11::waitForServer(server());
+        sayCount(vanishes ? "vanished" : "stalled", count);
         while (!vanishes && waitForEvent()) {
         }
         return 0;
@@ -81,30 +68,29 @@ public:
         int answers = 0;
         for (int passed = 0; passed < milliseconds; passed += 10) {
             for (int i = 0; i < 10; ++i) {
-                ask({"CLIPBOARD", m_atoms.atom(target), m_atoms.atom("PASTED"), window});
+                ask({"CLIPBOARD", atom(target), atom("PASTED"), window});
             }
-            xcb_flush(m_connection.get());
+            xcb_flush(server());
             answers += drain();
             QThread::msleep(10);
         }
-        say("flooded", answers + fence(window));
+        sayCount("flooded", answers + fence(window));
         return 0;
     }
 
     int nonsense(const QByteArray& target) {
         const xcb_window_t window = makeWindow();
-        const xcb_atom_t wanted = m_atoms.atom(target);
-        const xcb_atom_t property = m_atoms.atom("PASTED");
-        const xcb_atom_t multiple = m_atoms.atom("MULTIPLE");
+        const xcb_atom_t wanted = atom(target);
+        const xcb_atom_t property = atom("PASTED");
+        const xcb_atom_t multiple = atom("MULTIPLE");
         constexpr xcb_window_t kNoWindow = 0x1ffffff0;
         for (const char* selection : {"CLIPBOARD", "CLIPBOARD_MANAGER", "PRIMARY"}) {
-            for (const xcb_window_t requestor :
-                 {window, kNoWindow, m_connection.root(), owner(selection)}) {
+            for (const xcb_window_t requestor : {window, kNoWindow, root(), ownerOf(selection)}) {
                 for (const char* name :
                      {"NO_SUCH_TARGET", "MULTIPLE", "SAVE_TARGETS", "TARGETS", "DELETE",
                       "INSERT_SELECTION", "INSERT_PROPERTY", "TIMESTAMP"}) {
-                    ask({selection, m_atoms.atom(name), property, requestor});
-                    ask({selection, m_atoms.atom(name), XCB_ATOM_NONE, requestor});
+                    ask({selection, atom(name), property, requestor});
+                    ask({selection, atom(name), XCB_ATOM_NONE, requestor});
                 }
                 ask({selection, wanted, property, requestor});
                 ask({selection, wanted, XCB_ATOM_NONE, requestor});
@@ -112,14 +98,14 @@ public:
         }
         const QList<Pairs> lists = listsFor(wanted, property, multiple);
         for (const Pairs& pairs : lists) {
-            const xcb_atom_t holder = m_atoms.atom(pairs.name);
-            xcb_change_property(m_connection.get(), XCB_PROP_MODE_REPLACE, window, holder,
-                                pairs.type, pairs.format,
-                                static_cast<std::uint32_t>(pairs.atoms.size()), pairs.atoms.data());
+            const xcb_atom_t holder = atom(pairs.name);
+            xcb_change_property(server(), XCB_PROP_MODE_REPLACE, window, holder, pairs.type,
+                                pairs.format, static_cast<std::uint32_t>(pairs.atoms.size()),
+                                pairs.atoms.data());
             ask({"CLIPBOARD", multiple, holder, window});
-            ask({"CLIPBOARD_MANAGER", m_atoms.atom("SAVE_TARGETS"), holder, window});
+            ask({"CLIPBOARD_MANAGER", atom("SAVE_TARGETS"), holder, window});
         }
-        say("done", fence(window));
+        sayCount("done", fence(window));
         return 0;
     }
 
@@ -143,32 +129,16 @@ private:
         };
     }
 
-    xcb_window_t makeWindow() {
-        const xcb_window_t window = xcb_generate_id(m_connection.get());
-        xcb_create_window(m_connection.get(), XCB_COPY_FROM_PARENT, window, m_connection.root(), 0,
-                          0, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0,
-                          nullptr);
-        return window;
-    }
-
-    xcb_window_t owner(const QByteArray& selection) {
-        const XcbPtr<xcb_get_selection_owner_reply_t> reply(xcb_get_selection_owner_reply(
-            m_connection.get(),
-            xcb_get_selection_owner(m_connection.get(), m_atoms.atom(selection)), nullptr));
-        return reply ? reply->owner : xcb_window_t{XCB_WINDOW_NONE};
-    }
-
     void ask(const Question& question) {
-        xcb_convert_selection(m_connection.get(), question.requestor,
-                              m_atoms.atom(question.selection), question.target, question.property,
-                              XCB_CURRENT_TIME);
+        xcb_convert_selection(server(), question.requestor, atom(question.selection),
+                              question.target, question.property, XCB_CURRENT_TIME);
     }
 
     /// Asks once as one should, which is answered after everything before it. Gives the number of
     /// answers that came until then.
     int fence(xcb_window_t window) {
-        const xcb_atom_t last = m_atoms.atom("FENCE");
-        ask({"CLIPBOARD", m_atoms.atom("TARGETS"), last, window});
+        const xcb_atom_t last = atom("FENCE");
+        ask({"CLIPBOARD", atom("TARGETS"), last, window});
         for (int answers = 0;;) {
             const auto event = waitForEvent();
             if (!event) {
@@ -178,34 +148,22 @@ private:
                 continue;
             }
             ++answers;
-            if (reinterpret_cast<xcb_selection_notify_event_t&>(*event).property == last) {
+            if (as<xcb_selection_notify_event_t>(*event).property == last) {
                 return answers;
             }
         }
     }
 
+    static void sayCount(const QByteArray& word, int count) {
+        say(word + ' ' + QByteArray::number(count));
+    }
     int drain() {
         int answers = 0;
-        while (const XcbPtr<xcb_generic_event_t> event{xcb_poll_for_event(m_connection.get())}) {
+        while (const Event event = nextEvent()) {
             answers += typeOf(*event) == XCB_SELECTION_NOTIFY ? 1 : 0;
         }
         return answers;
     }
-
-    XcbPtr<xcb_generic_event_t> waitForEvent() {
-        xcb_flush(m_connection.get());
-        return XcbPtr<xcb_generic_event_t>(xcb_wait_for_event(m_connection.get()));
-    }
-
-    static int typeOf(const xcb_generic_event_t& event) { return event.response_type & 0x7f; }
-
-    static void say(const char* word, int number) {
-        std::printf("%s %d\n", word, number);
-        std::fflush(stdout);
-    }
-
-    Connection m_connection;
-    AtomTable m_atoms;
 };
 
 }  // namespace
@@ -228,6 +186,5 @@ int main(int argc, char** argv) {
     if (mode == "stall" || mode == "vanish") {
         return requestor.stall(argv[2], number, mode == "vanish");
     }
-    std::fputs(kUsage, stderr);
     return 2;
 }

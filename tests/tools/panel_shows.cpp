@@ -2,6 +2,9 @@
 // Shows and hides the panel on the stored history as often as it is told, through the program's own
 // services of the desktop: what the shortcut does, without the pause that it needs between presses.
 // What is copied meanwhile is captured.
+// usage: panel_shows
+// For each line of standard input, a number, shows and hides the panel that often and prints
+// 'done', or 'failed' when it did not appear or vanish. Ends with the input.
 #include <QApplication>
 #include <QWindow>
 #include <cstdio>
@@ -23,11 +26,6 @@
 using quillo::testing::waitUntil;
 
 namespace {
-
-constexpr const char* kUsage =
-    "usage: panel_shows\n"
-    "For each line of standard input, a number, shows and hides the panel that often and prints\n"
-    "'done', or 'failed' when it did not appear or vanish. Ends with the input.\n";
 
 /// Sees every painting of the panel's widgets.
 class PaintWitness : public QObject {
@@ -91,8 +89,8 @@ private:
     quillo::ClipSaver m_saver{
         {m_persistence, m_defaults, m_notifications, *m_services.richText, m_clock}};
     quillo::ThreadTickTimer m_timer;
-    quillo::PasteboardWatcher m_watcher{
-        {*m_services.pasteboard, *m_services.workspace, m_timer, m_saver, *m_services.images}};
+    quillo::PasteboardWatcher m_watcher{{*m_services.pasteboard, *m_services.workspace, m_timer,
+                                         m_saver, *m_services.images, m_defaults}};
     quillo::PasteBack m_pasteBack;
     quillo::ThemeManager m_theme{m_defaults, *m_services.appearance};
     quillo::ClipTypeColorManager m_colors{m_defaults, m_theme};
@@ -115,7 +113,6 @@ int main(int argc, char** argv) {
     quillo::returnLargeBlocksToTheSystem();
     const QApplication application(argc, argv);
     if (argc != 1) {
-        std::fputs(kUsage, stderr);
         return 2;
     }
     auto services = quillo::makeDesktopServices({});

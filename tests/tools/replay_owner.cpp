@@ -1,61 +1,48 @@
 // SPDX-License-Identifier: MIT
 // Owns CLIPBOARD as a program would that was recorded, or one that behaves badly on demand.
+// usage: replay_owner [--manifest DIR] [--target NAME:TYPE:FILE]... [--refuse NAME]...
+//   [--log FILE]          one line per request: the target's name
+//   [--chunk BYTES]       larger replies go in parts of this size (INCR), default 65536
+//   [--never-answer]      ignores every request but TARGETS
+//   [--never-answer-targets]  ignores every request
+//   [--delay-ms N]        waits before each answer
+//   [--trickle MS]        one byte per part, so many milliseconds apart
+//   [--die-mid-transfer]  ends after the second part of a large reply
+//   [--announce BYTES]    announces another size than a large reply has
+//   [--invent N:LENGTH]   offers so many more targets, with names of that length
+//   [--answer-in NAME]    answers in a property of that name instead of the one asked for
+//   [--format BITS]       claims that the answers consist of 8, 16 or 32 bit units
+//   [--twice]             answers everything twice
+//   [--unasked]           says before each answer that others are there which nobody asked for
+//   [--retake N]          takes the selection anew at each of the first N requests
+//   [--follow]            copies once for each line of standard input, which holds the targets
+//                         NAME:TYPE:FILE with tabs between them, and ends with the input
+//   [--save-each]         then asks the clipboard manager to save each, as SIGUSR2 does
+// Prints 'ready' when it owns the selection, 'lost' when another program takes it and 'x-error'
+// for an error of the display server; with --follow also 'asked' at the first request for a copy.
+// SIGUSR1 clears it. SIGUSR2 asks the clipboard manager to save it and prints 'saved' or
+// 'refused'. SIGTERM ends.
 #include <poll.h>
 #include <sys/signalfd.h>
 #include <unistd.h>
 
-#include <QByteArray>
 #include <QFile>
-#include <QFileInfo>
 #include <QHash>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QStringList>
+#include <QSet>
 #include <QThread>
 #include <algorithm>
 #include <array>
 #include <csignal>
-#include <cstdio>
 #include <list>
-#include <optional>
-#include <utility>
-#include <vector>
 
-#include "platform/x11/xcb_support.h"
+#include "tools/x_client.h"
 
 using namespace Qt::StringLiterals;
-using quillo::x11::AtomTable;
-using quillo::x11::Connection;
-using quillo::x11::XcbPtr;
 
 namespace {
-
-constexpr const char* kUsage =
-    "usage: replay_owner [--manifest DIR] [--target NAME:TYPE:FILE]... [--refuse NAME]...\n"
-    "  [--log FILE]          one line per request: the target's name\n"
-    "  [--chunk BYTES]       larger replies go in parts of this size (INCR), default 65536\n"
-    "  [--never-answer]      ignores every request but TARGETS\n"
-    "  [--never-answer-targets]  ignores every request\n"
-    "  [--delay-ms N]        waits before each answer\n"
-    "  [--trickle MS]        one byte per part, so many milliseconds apart\n"
-    "  [--die-mid-transfer]  ends after the second part of a large reply\n"
-    "  [--announce BYTES]    announces another size than a large reply has\n"
-    "  [--invent N:LENGTH]   offers so many more targets, with names of that length\n"
-    "  [--answer-in NAME]    answers in a property of that name instead of the one asked for\n"
-    "  [--format BITS]       claims that the answers consist of 8, 16 or 32 bit units\n"
-    "  [--twice]             answers everything twice\n"
-    "  [--unasked]           says before each answer that others are there which nobody asked for\n"
-    "  [--retake N]          takes the selection anew at each of the first N requests\n"
-    "  [--follow]            copies once for each line of standard input, which holds the targets\n"
-    "                        NAME:TYPE:FILE with tabs between them, and ends with the input\n"
-    "  [--save-each]         then asks the clipboard manager to save each, as SIGUSR2 does\n"
-    "Prints 'ready' when it owns the selection, 'lost' when another program takes it and "
-    "'x-error'\n"
-    "for an error of the display server; with --follow also 'asked' at the first request for a "
-    "copy.\n"
-    "SIGUSR1 clears it. SIGUSR2 asks the clipboard manager to save it and prints 'saved' or\n"
-    "'refused'. SIGTERM ends.\n";
 
 const QList<QByteArray> kOwnTargets = {"TARGETS", "TIMESTAMP"};
 
@@ -64,25 +51,22 @@ struct Reply {
     QByteArray bytes;
 };
 
+const QSet<QString> kFlags{u"--never-answer"_s,     u"--never-answer-targets"_s,
+                           u"--die-mid-transfer"_s, u"--twice"_s,
+                           u"--unasked"_s,          u"--follow"_s,
+                           u"--save-each"_s};
+const QSet<QString> kValues{u"--log"_s,      u"--chunk"_s,     u"--delay-ms"_s, u"--trickle"_s,
+                            u"--announce"_s, u"--answer-in"_s, u"--format"_s,   u"--retake"_s};
+
 struct Options {
-    QList<QByteArray> order;
+    QList<QByteArray> order = kOwnTargets;
     QHash<QByteArray, Reply> replies;
-    QString logFile;
-    qsizetype chunk = 65536;
-    int delayMs = 0;
-    bool neverAnswer = false;
-    bool neverAnswerTargets = false;
-    bool trickle = false;
-    int trickleMs = 0;
-    bool dieMidTransfer = false;
-    std::optional<std::uint32_t> announced;
-    QByteArray answerIn;
-    std::uint8_t format = 0;  ///< The true one where it is 0.
-    bool twice = false;
-    bool unasked = false;
-    int retakes = 0;
-    bool follow = false;
-    bool saveEach = false;
+    QHash<QString, QString> given;
+
+    bool has(const QString& name) const { return given.contains(name); }
+    qint64 number(const QString& name, qint64 otherwise = 0) const {
+        return has(name) ? given.value(name).toLongLong() : otherwise;
+    }
 };
 
 struct Transfer {
@@ -134,79 +118,54 @@ void inventTargets(Options& options, const QStringList& countAndLength) {
     }
 }
 
+[[noreturn]] void refuse() {
+    std::fputs("replay_owner: no such option\n", stderr);
+    std::exit(2);
+}
+
+void addContents(Options& options, const QString& name, const QString& value) {
+    if (name == "--manifest"_L1) {
+        options.order.clear();
+        loadManifest(options, value);
+    } else if (name == "--target"_L1) {
+        addTarget(options, value);
+    } else if (name == "--refuse"_L1) {
+        options.order.append(value.toUtf8());
+    } else if (name == "--invent"_L1) {
+        inventTargets(options, value.split(u':'));
+    } else {
+        refuse();
+    }
+}
+
 Options parse(const QStringList& arguments) {
     Options options;
-    options.order = kOwnTargets;
     for (qsizetype i = 1; i < arguments.size(); ++i) {
         const QString& name = arguments.at(i);
-        const QString value = arguments.value(i + 1);
-        if (name == "--never-answer"_L1) {
-            options.neverAnswer = true;
-        } else if (name == "--never-answer-targets"_L1) {
-            options.neverAnswer = options.neverAnswerTargets = true;
-        } else if (name == "--die-mid-transfer"_L1) {
-            options.dieMidTransfer = true;
-        } else if (name == "--twice"_L1) {
-            options.twice = true;
-        } else if (name == "--unasked"_L1) {
-            options.unasked = true;
-        } else if (name == "--follow"_L1) {
-            options.follow = true;
-        } else if (name == "--save-each"_L1) {
-            options.saveEach = true;
-        } else if (value.isEmpty()) {
-            std::fputs(kUsage, stderr);
-            std::exit(2);
+        if (kFlags.contains(name)) {
+            options.given.insert(name, {});
+            continue;
+        }
+        const QString value = arguments.value(++i);
+        if (value.isEmpty()) {
+            refuse();
+        }
+        if (kValues.contains(name)) {
+            options.given.insert(name, value);
         } else {
-            ++i;
-            if (name == "--manifest"_L1) {
-                options.order.clear();
-                loadManifest(options, value);
-            } else if (name == "--target"_L1) {
-                addTarget(options, value);
-            } else if (name == "--refuse"_L1) {
-                options.order.append(value.toUtf8());
-            } else if (name == "--log"_L1) {
-                options.logFile = value;
-            } else if (name == "--chunk"_L1) {
-                options.chunk = value.toLongLong();
-            } else if (name == "--delay-ms"_L1) {
-                options.delayMs = value.toInt();
-            } else if (name == "--trickle"_L1) {
-                options.trickle = true;
-                options.trickleMs = value.toInt();
-            } else if (name == "--announce"_L1) {
-                options.announced = value.toUInt();
-            } else if (name == "--invent"_L1) {
-                inventTargets(options, value.split(u':'));
-            } else if (name == "--answer-in"_L1) {
-                options.answerIn = value.toUtf8();
-            } else if (name == "--format"_L1) {
-                options.format = static_cast<std::uint8_t>(value.toUInt());
-            } else if (name == "--retake"_L1) {
-                options.retakes = value.toInt();
-            } else {
-                std::fputs(kUsage, stderr);
-                std::exit(2);
-            }
+            addContents(options, name, value);
         }
     }
     return options;
 }
 
-class Owner {
+class Owner final : public quillo::testing::XClient {
 public:
-    Owner(Connection connection, Options options)
-        : m_connection(std::move(connection)),
+    Owner(quillo::x11::Connection connection, Options options)
+        : XClient(std::move(connection)),
           m_options(std::move(options)),
-          m_atoms(m_connection.get()),
-          m_clipboard(m_atoms.atom("CLIPBOARD")),
-          m_window(xcb_generate_id(m_connection.get())) {
-        const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
-        xcb_create_window(m_connection.get(), XCB_COPY_FROM_PARENT, m_window, m_connection.root(),
-                          0, 0, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT,
-                          XCB_CW_EVENT_MASK, &events);
-    }
+          m_clipboard(atom("CLIPBOARD")),
+          m_window(makeWindow(XCB_EVENT_MASK_PROPERTY_CHANGE)) {}
 
     int run() {
         sigset_t signals;
@@ -216,19 +175,18 @@ public:
         }
         sigprocmask(SIG_BLOCK, &signals, nullptr);
         const int signalFd = signalfd(-1, &signals, SFD_NONBLOCK | SFD_CLOEXEC);
-        if (!m_options.follow) {
+        if (!m_options.has(u"--follow"_s)) {
             takeSelection();
         }
-        while (xcb_connection_has_error(m_connection.get()) == 0) {
-            while (
-                const XcbPtr<xcb_generic_event_t> event{xcb_poll_for_event(m_connection.get())}) {
+        while (xcb_connection_has_error(server()) == 0) {
+            while (const Event event = nextEvent()) {
                 handle(*event);
             }
-            xcb_flush(m_connection.get());
+            xcb_flush(server());
             std::array<pollfd, 3> descriptors{
-                {{xcb_get_file_descriptor(m_connection.get()), POLLIN, 0},
+                {{xcb_get_file_descriptor(server()), POLLIN, 0},
                  {signalFd, POLLIN, 0},
-                 {m_options.follow ? STDIN_FILENO : -1, POLLIN, 0}}};
+                 {m_options.has(u"--follow"_s) ? STDIN_FILENO : -1, POLLIN, 0}}};
             ::poll(descriptors.data(), descriptors.size(), -1);
             if (descriptors[2].revents != 0 && !readCopies()) {
                 return 0;
@@ -247,8 +205,8 @@ public:
 
 private:
     void sayLateErrors() {
-        quillo::x11::waitForServer(m_connection.get());
-        while (const XcbPtr<xcb_generic_event_t> event{xcb_poll_for_event(m_connection.get())}) {
+        quillo::x11::waitForServer(server());
+        while (const Event event = nextEvent()) {
             if (event->response_type == 0) {
                 handle(*event);
             }
@@ -257,23 +215,23 @@ private:
 
     void handleSignal(int number) {
         if (number == SIGUSR1) {
-            xcb_set_selection_owner(m_connection.get(), XCB_WINDOW_NONE, m_clipboard, m_time);
+            xcb_set_selection_owner(server(), XCB_WINDOW_NONE, m_clipboard, m_time);
         } else {
             askToSave();
         }
-        xcb_flush(m_connection.get());
+        xcb_flush(server());
     }
 
     void askToSave() {
-        xcb_convert_selection(m_connection.get(), m_window, m_atoms.atom("CLIPBOARD_MANAGER"),
-                              m_atoms.atom("SAVE_TARGETS"), m_atoms.atom("REPLAY_SAVE"), m_time);
+        xcb_convert_selection(server(), m_window, atom("CLIPBOARD_MANAGER"), atom("SAVE_TARGETS"),
+                              atom("REPLAY_SAVE"), m_time);
     }
 
     /// An append of nothing brings the server's time; with it the selection is taken.
     void takeSelection() {
         m_time = XCB_CURRENT_TIME;
         m_wasAsked = false;
-        xcb_change_property(m_connection.get(), XCB_PROP_MODE_APPEND, m_window, XCB_ATOM_WM_NAME,
+        xcb_change_property(server(), XCB_PROP_MODE_APPEND, m_window, XCB_ATOM_WM_NAME,
                             XCB_ATOM_STRING, 8, 0, nullptr);
     }
 
@@ -294,15 +252,15 @@ private:
     }
 
     void handle(const xcb_generic_event_t& event) {
-        switch (event.response_type & 0x7f) {
+        switch (typeOf(event)) {
             case XCB_PROPERTY_NOTIFY:
-                propertyChanged(reinterpret_cast<const xcb_property_notify_event_t&>(event));
+                propertyChanged(as<xcb_property_notify_event_t>(event));
                 break;
             case XCB_SELECTION_REQUEST:
-                requested(reinterpret_cast<const xcb_selection_request_event_t&>(event));
+                requested(as<xcb_selection_request_event_t>(event));
                 break;
             case XCB_SELECTION_NOTIFY: {
-                const auto& answer = reinterpret_cast<const xcb_selection_notify_event_t&>(event);
+                const auto& answer = as<xcb_selection_notify_event_t>(event);
                 say(answer.property != XCB_ATOM_NONE ? "saved" : "refused");
                 break;
             }
@@ -320,12 +278,9 @@ private:
     void propertyChanged(const xcb_property_notify_event_t& event) {
         if (event.window == m_window && m_time == XCB_CURRENT_TIME) {
             m_time = event.time;
-            xcb_set_selection_owner(m_connection.get(), m_window, m_clipboard, m_time);
-            const XcbPtr<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
-                m_connection.get(), xcb_get_selection_owner(m_connection.get(), m_clipboard),
-                nullptr));
-            say(owner && owner->owner == m_window ? "ready" : "failed");
-            if (m_options.saveEach) {
+            xcb_set_selection_owner(server(), m_window, m_clipboard, m_time);
+            say(ownerOf("CLIPBOARD") == m_window ? "ready" : "failed");
+            if (m_options.has(u"--save-each"_s)) {
                 askToSave();
             }
             return;
@@ -343,28 +298,27 @@ private:
     }
 
     void requested(xcb_selection_request_event_t request) {
-        const QByteArray name = m_atoms.name(request.target);
+        const QByteArray name = nameOf(request.target);
         log(name);
-        if (m_options.follow && !std::exchange(m_wasAsked, true)) {
+        if (m_options.has(u"--follow"_s) && !std::exchange(m_wasAsked, true)) {
             say("asked");
         }
-        if (m_options.neverAnswer && (m_options.neverAnswerTargets || name != "TARGETS")) {
+        if (m_options.has(u"--never-answer-targets"_s) ||
+            (m_options.has(u"--never-answer"_s) && name != "TARGETS")) {
             return;
         }
-        if (m_options.delayMs > 0) {
-            QThread::msleep(static_cast<unsigned long>(m_options.delayMs));
-        }
-        if (m_options.retakes > 0) {
-            --m_options.retakes;
+        QThread::msleep(static_cast<unsigned long>(m_options.number(u"--delay-ms"_s)));
+        if (m_retakes < m_options.number(u"--retake"_s)) {
+            ++m_retakes;
             takeSelection();
         }
-        if (m_options.unasked) {
+        if (m_options.has(u"--unasked"_s)) {
             answerWhatNobodyAsked(request);
         }
-        if (!m_options.answerIn.isEmpty()) {
-            request.property = m_atoms.atom(m_options.answerIn);
+        if (m_options.has(u"--answer-in"_s)) {
+            request.property = atom(m_options.given.value(u"--answer-in"_s).toUtf8());
         }
-        for (int i = 0; i < (m_options.twice ? 2 : 1); ++i) {
+        for (int i = 0; i < (m_options.has(u"--twice"_s) ? 2 : 1); ++i) {
             answer(request, name);
         }
     }
@@ -373,8 +327,8 @@ private:
         if (name == "TARGETS") {
             QByteArray atoms;
             for (const QByteArray& target : m_options.order) {
-                const xcb_atom_t atom = m_atoms.atom(target);
-                atoms.append(reinterpret_cast<const char*>(&atom), sizeof atom);
+                const xcb_atom_t offered = atom(target);
+                atoms.append(reinterpret_cast<const char*>(&offered), sizeof offered);
             }
             write(request, XCB_ATOM_ATOM, 32, atoms);
             notify(request, true);
@@ -404,39 +358,40 @@ private:
 
     void write(const xcb_selection_request_event_t& request, xcb_atom_t type, std::uint8_t format,
                const QByteArray& bytes) {
-        const std::uint8_t claimed = m_options.format != 0 ? m_options.format : format;
-        xcb_change_property(
-            m_connection.get(), XCB_PROP_MODE_REPLACE, request.requestor, request.property, type,
-            claimed, static_cast<std::uint32_t>(bytes.size() * 8 / claimed), bytes.constData());
+        const auto claimed = static_cast<std::uint8_t>(m_options.number(u"--format"_s, format));
+        xcb_change_property(server(), XCB_PROP_MODE_REPLACE, request.requestor, request.property,
+                            type, claimed, static_cast<std::uint32_t>(bytes.size() * 8 / claimed),
+                            bytes.constData());
     }
 
     void send(const xcb_selection_request_event_t& request, const Reply& reply) {
-        const xcb_atom_t type = m_atoms.atom(reply.type);
-        if (reply.bytes.size() <= m_options.chunk && !m_options.trickle) {
+        const xcb_atom_t type = atom(reply.type);
+        if (reply.bytes.size() <= partSize()) {
             write(request, type, 8, reply.bytes);
             return;
         }
         const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
-        xcb_change_window_attributes(m_connection.get(), request.requestor, XCB_CW_EVENT_MASK,
-                                     &events);
+        xcb_change_window_attributes(server(), request.requestor, XCB_CW_EVENT_MASK, &events);
         const auto size =
-            m_options.announced.value_or(static_cast<std::uint32_t>(reply.bytes.size()));
-        xcb_change_property(m_connection.get(), XCB_PROP_MODE_REPLACE, request.requestor,
-                            request.property, m_atoms.atom("INCR"), 32, 1, &size);
+            static_cast<std::uint32_t>(m_options.number(u"--announce"_s, reply.bytes.size()));
+        xcb_change_property(server(), XCB_PROP_MODE_REPLACE, request.requestor, request.property,
+                            atom("INCR"), 32, 1, &size);
         m_transfers.push_back({request.requestor, request.property, type, reply.bytes, 0, 0});
     }
 
+    /// Larger replies go in parts; a trickle is never sent at once.
+    qsizetype partSize() const {
+        return m_options.has(u"--trickle"_s) ? 1 : m_options.number(u"--chunk"_s, 65536);
+    }
+
     bool sendPart(Transfer& transfer) {
-        if (m_options.dieMidTransfer && transfer.parts == 2) {
+        if (m_options.has(u"--die-mid-transfer"_s) && transfer.parts == 2) {
             std::_Exit(3);
         }
-        if (m_options.trickle) {
-            QThread::msleep(static_cast<unsigned long>(m_options.trickleMs));
-        }
-        const qsizetype size = std::min(m_options.trickle ? 1 : m_options.chunk,
-                                        transfer.bytes.size() - transfer.sent);
-        xcb_change_property(m_connection.get(), XCB_PROP_MODE_REPLACE, transfer.requestor,
-                            transfer.property, transfer.type, 8, static_cast<std::uint32_t>(size),
+        QThread::msleep(static_cast<unsigned long>(m_options.number(u"--trickle"_s)));
+        const qsizetype size = std::min(partSize(), transfer.bytes.size() - transfer.sent);
+        xcb_change_property(server(), XCB_PROP_MODE_REPLACE, transfer.requestor, transfer.property,
+                            transfer.type, 8, static_cast<std::uint32_t>(size),
                             transfer.bytes.constData() + transfer.sent);
         transfer.sent += size;
         ++transfer.parts;
@@ -453,30 +408,22 @@ private:
         event.property = isMet ? request.property : xcb_atom_t{XCB_ATOM_NONE};
         std::array<char, 32> wire{};
         std::copy_n(reinterpret_cast<const char*>(&event), sizeof event, wire.data());
-        xcb_send_event(m_connection.get(), 0, request.requestor, 0, wire.data());
+        xcb_send_event(server(), 0, request.requestor, 0, wire.data());
     }
 
     void log(const QByteArray& name) {
-        if (!m_options.logFile.isEmpty()) {
-            QFile file(m_options.logFile);
-            if (file.open(QIODevice::Append)) {
-                file.write(name + '\n');
-            }
+        QFile file(m_options.given.value(u"--log"_s));
+        if (m_options.has(u"--log"_s) && file.open(QIODevice::Append)) {
+            file.write(name + '\n');
         }
     }
 
-    static void say(const char* word) {
-        std::puts(word);
-        std::fflush(stdout);
-    }
-
-    Connection m_connection;
     Options m_options;
-    AtomTable m_atoms;
     xcb_atom_t m_clipboard;
     xcb_window_t m_window;
     xcb_timestamp_t m_time = XCB_CURRENT_TIME;
     bool m_wasAsked = false;
+    int m_retakes = 0;
     QByteArray m_input;
     std::list<Transfer> m_transfers;
 };

@@ -59,7 +59,8 @@ PushButton::PushButton(Style style, const QString& text, QWidget* parent)
     : PanelButton(QAccessible::PushButton, parent), m_style(style) {
     setText(text);
     setAccessibleName(text);
-    setFont(sizedFont(font(), 13, style == Style::Bare ? QFont::Normal : QFont::Medium));
+    setFont(sizedFont(font(), style == Style::Link ? 12 : 13,
+                      hasGround() ? QFont::Medium : QFont::Normal));
     setFocusPolicy(Qt::TabFocus);
     setAttribute(Qt::WA_Hover);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
@@ -68,6 +69,7 @@ PushButton::PushButton(Style style, const QString& text, QWidget* parent)
 void PushButton::setSymbol(const QString& name) {
     m_symbol = name;
     updateGeometry();
+    update();
 }
 
 void PushButton::setLook(const PopupLook& look) {
@@ -75,10 +77,18 @@ void PushButton::setLook(const PopupLook& look) {
     update();
 }
 
+bool PushButton::hasGround() const {
+    return m_style != Style::Bare && m_style != Style::Link;
+}
+
+int PushButton::symbolWidth() const {
+    return m_symbol.isEmpty() ? 0 : kSymbol + kAfterSymbol;
+}
+
 QSize PushButton::sizeHint() const {
-    const int textWidth = fontMetrics().horizontalAdvance(QAbstractButton::text());
-    return m_style == Style::Bare ? QSize(kSymbol + kAfterSymbol + textWidth + 4, kBareHeight)
-                                  : QSize(textWidth + 2 * kButtonPadding, kButtonHeight);
+    const int width = symbolWidth() + fontMetrics().horizontalAdvance(QAbstractButton::text());
+    return hasGround() ? QSize(width + 2 * kButtonPadding, kButtonHeight)
+                       : QSize(width + 4, kBareHeight);
 }
 
 QColor PushButton::ground() const {
@@ -94,6 +104,10 @@ QColor PushButton::ink() const {
             return readableText(m_look.onAccent, {ground()});
         case Style::Plain:
             return readableText(m_look.primaryText, {ground()});
+        case Style::Destructive:
+            return readableText(m_look.destructive, {ground()});
+        case Style::Link:
+            return underMouse() ? m_look.primaryText : m_look.accentText;
         case Style::Bare:
             break;
     }
@@ -103,20 +117,23 @@ QColor PushButton::ink() const {
 void PushButton::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    QRect line = rect();
-    if (m_style == Style::Bare) {
-        const QRect symbol(0, (height() - kSymbol) / 2, kSymbol, kSymbol);
-        painter.drawPixmap(symbol, symbolPixmap(m_symbol, kSymbol, ink(), devicePixelRatioF()));
-        line.setLeft(kSymbol + kAfterSymbol);
-    } else {
+    painter.setOpacity(isEnabled() ? 1.0 : 0.5);
+    if (hasGround()) {
         painter.setPen(Qt::NoPen);
         painter.setBrush(ground());
         painter.drawRoundedRect(rect(), kButtonRadius, kButtonRadius);
     }
+    QRect line = rect();
+    if (hasGround()) {
+        line.setLeft((width() - symbolWidth() - fontMetrics().horizontalAdvance(text())) / 2);
+    }
+    if (!m_symbol.isEmpty()) {
+        painter.drawPixmap(line.left(), (height() - kSymbol) / 2,
+                           symbolPixmap(m_symbol, kSymbol, ink(), devicePixelRatioF()));
+        line.adjust(symbolWidth(), 0, 0, 0);
+    }
     painter.setPen(ink());
-    painter.drawText(
-        line, m_style == Style::Bare ? int(Qt::AlignVCenter | Qt::AlignLeft) : int(Qt::AlignCenter),
-        text());
+    painter.drawText(line, Qt::AlignVCenter | Qt::AlignLeft, text());
     if (hasFocus()) {
         const bool isDefault = m_style == Style::Default;
         const QRectF around = isDefault ? QRectF(rect()).adjusted(2, 2, -2, -2) : QRectF(rect());

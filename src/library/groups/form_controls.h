@@ -33,8 +33,10 @@ class PushButton final : public PanelButton {
 public:
     enum class Style {
         Plain,
-        Default,  ///< What Return does.
-        Bare,     ///< Without a ground; a symbol and a quiet text.
+        Default,      ///< What Return does.
+        Destructive,  ///< For what destroys.
+        Link,         ///< A text in the accent, without a ground; a symbol where there is one.
+        Bare,         ///< Without a ground; a symbol and a quiet text.
     };
 
     PushButton(Style style, const QString& text, QWidget* parent = nullptr);
@@ -49,6 +51,8 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    [[nodiscard]] bool hasGround() const;
+    [[nodiscard]] int symbolWidth() const;
     [[nodiscard]] QColor ground() const;
     [[nodiscard]] QColor ink() const;
 

@@ -13,6 +13,10 @@ public:
     explicit AccessiblePanelButton(PanelButton* button)
         : QAccessibleWidget(button, button->role()) {}
 
+    [[nodiscard]] QString text(QAccessible::Text kind) const override {
+        const QString told = QAccessibleWidget::text(kind);
+        return kind == QAccessible::Name && told.isEmpty() ? button()->text() : told;
+    }
     [[nodiscard]] QAccessible::State state() const override {
         QAccessible::State state = QAccessibleWidget::state();
         state.checkable = button()->isCheckable();

@@ -7,7 +7,8 @@
 namespace quillo {
 
 /// A button that is drawn by its class. Space and Return press it; the arrow keys are left to what
-/// it lies in, unless it is one of an exclusive group. Says its role to screen readers.
+/// it lies in, unless it is one of an exclusive group. Says its role to screen readers, and its
+/// text where it has no other name.
 class PanelButton : public QAbstractButton {
     Q_OBJECT
 

@@ -99,23 +99,50 @@ ClipSearch::ClipSearch(PersistenceController& persistence, Options options, QObj
             .contentsChanged = [=, this] { onMainThread([this] { Q_EMIT contentsChanged(); }); },
             .firstFound =
                 [=, this](const SearchPage& page) {
-                    onMainThread([=, this] { deliver(page, &ClipSearch::firstFound); });
+                    onMainThread([=, this] { Q_EMIT pageFound(page); });
                 },
             .finished =
                 [=, this](const SearchResult& result) {
-                    onMainThread([=, this] { deliver(result, &ClipSearch::finished); });
+                    onMainThread([=, this] { Q_EMIT resultFound(result); });
                 }},
         [&store = m_persistence](const QList<QUuid>& ids, SearchEngine::Reply reply) {
             store.perform([ids, reply = std::move(reply)](ObjectContext& context) {
                 reply(readSearchableClips(context, ids).value_or(QList<SearchableClip>()));
             });
         });
+    listenTo(*this);
     connect(&m_persistence.viewContext(), &ObjectContext::changed, this, &ClipSearch::follow);
     load();
 }
 
+ClipSearch::ClipSearch(ClipSearch& shared, QObject* parent)
+    : QObject(parent),
+      m_persistence(shared.m_persistence),
+      m_isShared(true),
+      m_engine(shared.m_engine) {
+    listenTo(shared);
+    connect(&shared, &ClipSearch::contentsChanged, this, &ClipSearch::contentsChanged);
+}
+
 ClipSearch::~ClipSearch() {
-    m_engine->stop();
+    if (m_isShared) {
+        m_engine->cancel(this);
+    } else {
+        m_engine->stop();
+    }
+}
+
+void ClipSearch::listenTo(ClipSearch& answers) {
+    connect(&answers, &ClipSearch::pageFound, this, [this](const SearchPage& page) {
+        if (page.number == m_number) {
+            Q_EMIT firstFound(page);
+        }
+    });
+    connect(&answers, &ClipSearch::resultFound, this, [this](const SearchResult& result) {
+        if (result.number == m_number) {
+            Q_EMIT finished(result);
+        }
+    });
 }
 
 void ClipSearch::load() {
@@ -123,21 +150,13 @@ void ClipSearch::load() {
 }
 
 quint64 ClipSearch::request(const ClipCriteria& criteria) {
-    m_engine->request(++m_number, criteria);
-    m_isCancelled = false;
-    return m_number;
+    m_number = m_engine->request(this, criteria);
+    return *m_number;
 }
 
 void ClipSearch::cancel() {
-    m_engine->cancel();
-    m_isCancelled = true;
-}
-
-template <typename Answer>
-void ClipSearch::deliver(const Answer& answer, void (ClipSearch::*report)(const Answer&)) {
-    if (answer.number == m_number && !m_isCancelled) {
-        Q_EMIT(this->*report)(answer);
-    }
+    m_engine->cancel(this);
+    m_number.reset();
 }
 
 void ClipSearch::follow(const ChangeSet& changes) {

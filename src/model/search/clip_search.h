@@ -19,8 +19,8 @@ class SearchEngine;
 /// Answers come as identifiers in display order, never as records. The main thread only hands
 /// over requests and takes answers.
 ///
-/// A clip is found when the search text, folded as foldedText() does, is contained in its
-/// plaintext, urlString, fileName or the name of its source program.
+/// By SearchRule::AnyText a clip is found when the search text, folded as foldedText() does, is
+/// contained in its plaintext, urlString, fileName or the name of its source program.
 class ClipSearch final : public QObject {
     Q_OBJECT
 
@@ -33,6 +33,8 @@ public:
 
     /// persistence must outlive this.
     ClipSearch(PersistenceController& persistence, Options options, QObject* parent = nullptr);
+    /// Asks what another one has read, with requests of its own. The other must outlive this.
+    explicit ClipSearch(ClipSearch& shared, QObject* parent = nullptr);
     ~ClipSearch() override;
 
     /// Replaces the request before. The answer to request n is one firstFound and then one
@@ -47,18 +49,21 @@ Q_SIGNALS:
     /// Clips came, changed or went: an answer given before may be out of date.
     void contentsChanged();
 
+    /// Answers to the requests of all that share what was read.
+    void pageFound(const SearchPage& page);
+    void resultFound(const SearchResult& result);
+
 private:
+    void listenTo(ClipSearch& answers);
     void load();
     void follow(const ChangeSet& changes);
     void nameSources(const QStringList& identifiers);
-    template <typename Answer>
-    void deliver(const Answer& answer, void (ClipSearch::*report)(const Answer&));
 
     PersistenceController& m_persistence;
     const Options m_options;
-    quint64 m_number = 0;
-    bool m_isCancelled = true;
+    std::optional<quint64> m_number;                     ///< Of the request that is not cancelled.
     std::shared_ptr<std::atomic<quint64>> m_newestLoad;  ///< Of several loads the newest counts.
+    const bool m_isShared = false;  ///< Another one reads and follows the store.
     std::shared_ptr<SearchEngine> m_engine;
 };
 

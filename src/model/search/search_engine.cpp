@@ -12,7 +12,9 @@ namespace {
 SearchIndex::Criteria indexCriteria(const ClipCriteria& criteria, CaseFolding folding) {
     const quint32 mask = criteria.typeFilter ? filterBit(*criteria.typeFilter) : 0;
     return {.needle = foldedText(criteria.searchText.trimmed(), folding),
-            .filterMask = quint16(mask)};
+            .filterMask = quint16(mask),
+            .rule = criteria.rule,
+            .isOnlyPinned = criteria.isOnlyPinned};
 }
 
 }  // namespace
@@ -82,17 +84,19 @@ void SearchEngine::nameSources(const QHash<QString, QString>& names) {
     });
 }
 
-void SearchEngine::request(quint64 number, const ClipCriteria& criteria) {
+quint64 SearchEngine::request(Client client, const ClipCriteria& criteria) {
     const std::scoped_lock lock(m_mutex);
-    m_request = Request{number, criteria};
-    m_newestNumber = number;
+    std::erase_if(m_requests, [&](const Request& other) { return other.client == client; });
+    m_requests.push_back({client, ++m_lastNumber, criteria});
+    m_newest[client] = m_lastNumber;
     m_wake.notify_all();
+    return m_lastNumber;
 }
 
-void SearchEngine::cancel() {
+void SearchEngine::cancel(Client client) {
     const std::scoped_lock lock(m_mutex);
-    m_request.reset();
-    m_newestNumber = 0;
+    std::erase_if(m_requests, [&](const Request& other) { return other.client == client; });
+    m_newest.erase(client);
     m_wake.notify_all();
 }
 
@@ -103,14 +107,15 @@ void SearchEngine::post(Command command) {
 }
 
 bool SearchEngine::canAnswer() const {
-    return m_request.has_value() && m_isLoaded && !m_areNamesAsked;
+    return !m_requests.empty() && m_isLoaded && !m_areNamesAsked;
 }
 
 void SearchEngine::loop() {
     std::unique_lock lock(m_mutex);
     while (m_wake.wait(lock, m_stop, [this] { return !m_commands.empty() || canAnswer(); })) {
         if (m_commands.empty()) {
-            const Request request = *std::exchange(m_request, std::nullopt);
+            const Request request = std::move(m_requests.front());
+            m_requests.pop_front();
             lock.unlock();
             answer(request);
         } else {
@@ -143,9 +148,10 @@ void SearchEngine::contentsChanged() {
     m_reports.contentsChanged();
 }
 
-bool SearchEngine::isSuperseded(quint64 number) {
+bool SearchEngine::isSuperseded(const Request& request) {
     const std::scoped_lock lock(m_mutex);
-    return m_newestNumber != number || m_stop.stop_requested();
+    const auto newest = m_newest.find(request.client);
+    return newest == m_newest.end() || newest->second != request.number || m_stop.stop_requested();
 }
 
 void SearchEngine::answer(const Request& request) {
@@ -158,11 +164,11 @@ void SearchEngine::answer(const Request& request) {
     }
     SearchRun run(
         m_index, indexCriteria(request.criteria, m_folding),
-        {.isInterrupted = [&] { return isSuperseded(request.number); },
+        {.isInterrupted = [&] { return isSuperseded(request); },
          .readFields =
              [&](const QList<QUuid>& ids) {
                  QHash<QUuid, QByteArray> fields;
-                 const QList<SearchableClip> clips = readAndWait(ids, request.number);
+                 const QList<SearchableClip> clips = readAndWait(ids, request);
                  for (const SearchableClip& clip : clips) {
                      fields.insert(clip.indexed.id, foldedFields(clip, m_folding));
                  }
@@ -176,6 +182,8 @@ void SearchEngine::answer(const Request& request) {
         m_answered && m_answered->slots.size() * kCostOfOne < size_t(m_index.size());
     const bool canNarrow = isWorthwhile && m_answered->group == request.criteria.group &&
                            m_answered->criteria.filterMask == run.criteria().filterMask &&
+                           m_answered->criteria.rule == run.criteria().rule &&
+                           m_answered->criteria.isOnlyPinned == run.criteria().isOnlyPinned &&
                            run.criteria().needle.contains(m_answered->criteria.needle);
     const bool isComplete = canNarrow ? run.over(m_answered->slots)
                             : request.criteria.group
@@ -189,7 +197,7 @@ void SearchEngine::answer(const Request& request) {
     }
 }
 
-QList<SearchableClip> SearchEngine::readAndWait(const QList<QUuid>& ids, quint64 number) {
+QList<SearchableClip> SearchEngine::readAndWait(const QList<QUuid>& ids, const Request& request) {
     // Outlives this call when the request is superseded before the reply comes.
     struct Mailbox {
         std::mutex mutex;
@@ -206,7 +214,7 @@ QList<SearchableClip> SearchEngine::readAndWait(const QList<QUuid>& ids, quint64
     while (!mailbox->clips) {
         // The store may be busy with a capture; a newer request need not wait for that.
         mailbox->arrived.wait_for(lock, std::chrono::milliseconds(20));
-        if (!mailbox->clips && isSuperseded(number)) {
+        if (!mailbox->clips && isSuperseded(request)) {
             return {};
         }
     }

@@ -4,6 +4,7 @@
 #include <condition_variable>
 #include <deque>
 #include <functional>
+#include <map>
 #include <mutex>
 #include <optional>
 #include <thread>
@@ -15,8 +16,9 @@
 namespace quillo {
 
 /// The thread that owns the index: takes what changed in the store, in order, and answers
-/// requests. Of several requests the newest is answered, a running one is interrupted. It sleeps
-/// while there is nothing to do. Any thread may call it; destruction ends it without finishing.
+/// requests. Of several requests of a client the newest is answered, a running one is interrupted.
+/// It sleeps while there is nothing to do. Any thread may call it; destruction ends it without
+/// finishing.
 class SearchEngine final {
 public:
     /// Called on the engine's thread.
@@ -50,13 +52,17 @@ public:
     void update(const QList<QUuid>& ids, QList<SearchableClip> present);
     void nameSources(const QHash<QString, QString>& names);
 
-    void request(quint64 number, const ClipCriteria& criteria);
+    /// Each of those who ask has one request at a time. Returns its number, which no other
+    /// request has.
+    using Client = const void*;
+    quint64 request(Client client, const ClipCriteria& criteria);
     /// Drops a request that is pending or running.
-    void cancel();
+    void cancel(Client client);
 
 private:
     using Command = std::move_only_function<void()>;
     struct Request {
+        Client client = nullptr;
         quint64 number = 0;
         ClipCriteria criteria;
     };
@@ -73,9 +79,10 @@ private:
     [[nodiscard]] bool canAnswer() const;
     void contentsChanged();
     void answer(const Request& request);
-    [[nodiscard]] bool isSuperseded(quint64 number);
+    [[nodiscard]] bool isSuperseded(const Request& request);
     /// Empty when the request was superseded meanwhile.
-    [[nodiscard]] QList<SearchableClip> readAndWait(const QList<QUuid>& ids, quint64 number);
+    [[nodiscard]] QList<SearchableClip> readAndWait(const QList<QUuid>& ids,
+                                                    const Request& request);
 
     const CaseFolding m_folding;
     const Reports m_reports;
@@ -91,8 +98,9 @@ private:
     std::mutex m_mutex;
     std::condition_variable_any m_wake;
     std::deque<Command> m_commands;
-    std::optional<Request> m_request;
-    quint64 m_newestNumber = 0;
+    std::deque<Request> m_requests;      ///< At most one of each client.
+    std::map<Client, quint64> m_newest;  ///< None for a client that cancelled.
+    quint64 m_lastNumber = 0;
     std::jthread m_thread;  // Last: it uses everything above.
 };
 

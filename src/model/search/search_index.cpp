@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 
 namespace quillo {
 namespace {
@@ -44,6 +45,16 @@ bool SearchIndex::isShownAfter(Slot left, Slot right) const {
     return a.createdAt != b.createdAt ? a.createdAt < b.createdAt : isKeyLess(b.id, a.id);
 }
 
+void SearchIndex::orderByMoment(std::vector<Slot>& found) const {
+    const auto others =
+        std::ranges::find_if(found, [this](Slot slot) { return !m_rows[slot].isPinned; });
+    std::vector<Slot> ordered;
+    ordered.reserve(found.size());
+    std::merge(found.begin(), others, others, found.end(), std::back_inserter(ordered),
+               [this](Slot left, Slot right) { return isShownAfter(right, left); });
+    found = std::move(ordered);
+}
+
 void SearchIndex::put(const IndexedClip& clip) {
     remove({clip.id});
     Slot slot = Slot(m_rows.size());
@@ -59,7 +70,8 @@ void SearchIndex::put(const IndexedClip& clip) {
                        .source = sourceIndex(clip.source),
                        .filterMask = clip.filterMask,
                        .kind = clip.kind,
-                       .isPinned = clip.isPinned};
+                       .isPinned = clip.isPinned,
+                       .hasOneText = !clip.text.contains(TextArena::kEnd)};
     m_slots.insert(clip.id, slot);
     ++m_kindCounts[clip.kind];
     setText(slot, clip.text);

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "model/search/long_text_digest.h"
+#include "model/search/search_request.h"
 #include "model/search/substring_finder.h"
 #include "model/search/text_arena.h"
 
@@ -44,6 +45,8 @@ public:
     struct Criteria {
         QByteArray needle;       ///< Folded; empty finds everything.
         quint16 filterMask = 0;  ///< 0 takes every clip.
+        SearchRule rule = SearchRule::AnyText;
+        bool isOnlyPinned = false;
     };
 
     /// Called in display order; false ends the scan.
@@ -66,17 +69,22 @@ public:
     /// An empty name matches nothing.
     void setSourceName(const QString& identifier, const QByteArray& foldedName);
 
-    /// Walks the clips that may fulfil the criteria: pinned ones first, then the others, each
-    /// newest first. False when it was interrupted.
+    /// Walks the clips that may fulfil the criteria: pinned ones first, then, where these are not
+    /// all that is wanted, the others, each newest first. False when it was interrupted.
     bool scan(const Criteria& criteria, const Visitor& visitor,
               const Interrupted& isInterrupted) const;
     /// The same for these clips in this order.
     bool scan(const std::vector<Slot>& base, const Criteria& criteria, const Visitor& visitor,
               const Interrupted& isInterrupted) const;
 
+    /// Brings what a scan of everything found, pinned clips first, into the order of the clips'
+    /// moments alone.
+    void orderByMoment(std::vector<Slot>& found) const;
+
     /// The slots of these clips in their order; unknown ones are left out.
     [[nodiscard]] std::vector<Slot> slotsOf(const QList<QUuid>& ids) const;
     [[nodiscard]] const QUuid& idAt(Slot slot) const { return m_rows[slot].id; }
+    [[nodiscard]] bool isPinnedAt(Slot slot) const { return m_rows[slot].isPinned; }
     [[nodiscard]] quint8 kindAt(Slot slot) const { return m_rows[slot].kind; }
     [[nodiscard]] qsizetype size() const { return m_slots.size(); }
     /// How many clips there are of each stored kind; kept, not counted.
@@ -92,6 +100,7 @@ private:
         quint16 filterMask = 0;
         quint8 kind = 0;
         bool isPinned = false;
+        bool hasOneText = false;  ///< Whatever it contains is in its first text.
     };
     struct Source {
         QString identifier;

@@ -11,17 +11,30 @@
 
 namespace quillo {
 
+/// Which texts of a clip are searched, and what comes first.
+enum class SearchRule : quint8 {
+    AnyText,    ///< Each of its texts and the name of its source program; pinned clips first.
+    FirstText,  ///< The first that is not empty of plaintext, urlString and fileName, and nothing
+                ///< else; newest first, pinned or not.
+    AnyField,   ///< Each of these three; newest first, pinned or not.
+};
+
 /// What narrows the history.
 struct ClipCriteria {
     QString searchText;  ///< White space and line breaks around it are left out.
     std::optional<FilterType> typeFilter;
     /// The members of the chosen group in its order; none without a group. They keep that order,
     /// while the whole history shows pinned clips first and each newest first.
-    std::optional<QList<QUuid>> group;
+    std::optional<QList<QUuid>> group = {};
+    /// But for AnyText the answer to an empty search text lists every clip.
+    SearchRule rule = SearchRule::AnyText;
+    /// Has no effect within a group.
+    bool isOnlyPinned = false;
 
     /// Whether anything is left out or put in another order than the history's own.
     [[nodiscard]] bool isNarrow() const {
-        return !searchText.trimmed().isEmpty() || typeFilter || group;
+        return !searchText.trimmed().isEmpty() || typeFilter || group ||
+               rule != SearchRule::AnyText || isOnlyPinned;
     }
 
     friend bool operator==(const ClipCriteria&, const ClipCriteria&) = default;

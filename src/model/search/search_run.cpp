@@ -17,11 +17,18 @@ SearchRun::SearchRun(const SearchIndex& index, SearchIndex::Criteria criteria, S
     : m_index(index), m_criteria(std::move(criteria)), m_services(std::move(services)) {}
 
 bool SearchRun::overEverything() {
-    return m_index.scan(
-               m_criteria,
-               [this](Slot slot, SearchIndex::Answer answer) { return take(slot, answer); },
-               m_services.isInterrupted) &&
-           end();
+    m_isByMoment = m_criteria.rule != SearchRule::AnyText && !m_criteria.isOnlyPinned;
+    const bool isScanned = m_index.scan(
+        m_criteria, [this](Slot slot, SearchIndex::Answer answer) { return take(slot, answer); },
+        m_services.isInterrupted);
+    if (!isScanned || !readRest()) {
+        return false;
+    }
+    if (m_isByMoment) {
+        m_index.orderByMoment(m_found);
+        m_isByMoment = false;
+    }
+    return report();
 }
 
 bool SearchRun::over(const std::vector<Slot>& base) {
@@ -29,7 +36,7 @@ bool SearchRun::over(const std::vector<Slot>& base) {
                base, m_criteria,
                [this](Slot slot, SearchIndex::Answer answer) { return take(slot, answer); },
                m_services.isInterrupted) &&
-           end();
+           readRest() && report();
 }
 
 bool SearchRun::take(Slot slot, SearchIndex::Answer answer) {
@@ -37,20 +44,25 @@ bool SearchRun::take(Slot slot, SearchIndex::Answer answer) {
         m_uncertain.push_back(m_found.size());
     }
     m_found.push_back(slot);
-    const bool mayFillPage = !m_isFirstReported && m_found.size() >= size_t(kSearchPageSize);
-    if (mayFillPage) {
+    if (m_isByMoment && m_index.isPinnedAt(slot)) {
+        ++m_pinnedFound;
+    }
+    // By moment the first ones are known once so many were found besides the pinned ones.
+    const size_t wanted = size_t(kSearchPageSize) + m_pinnedFound;
+    if (!m_isFirstReported && m_found.size() >= wanted) {
         m_wasInterrupted = !readUncertain();
-        if (m_found.size() >= size_t(kSearchPageSize)) {
+        if (m_found.size() >= wanted) {
             reportFirst();
         }
     }
     return !m_wasInterrupted;
 }
 
-bool SearchRun::end() {
-    if (m_wasInterrupted || !readUncertain()) {
-        return false;
-    }
+bool SearchRun::readRest() {
+    return !m_wasInterrupted && readUncertain();
+}
+
+bool SearchRun::report() {
     if (!m_isFirstReported) {
         reportFirst();
     }
@@ -81,18 +93,30 @@ bool SearchRun::readBatch(size_t begin, size_t end) {
     const QHash<QUuid, QByteArray> fields = m_services.readFields(ids);
     for (size_t i = begin; i < end; ++i) {
         const auto text = fields.constFind(ids[qsizetype(i - begin)]);
-        if (text == fields.cend() || !text->contains(m_criteria.needle)) {
+        if (text == fields.cend() || !isMatch(*text)) {
             m_found[m_uncertain[i]] = kNoMatch;
         }
     }
     return true;
 }
 
+bool SearchRun::isMatch(const QByteArray& fields) const {
+    const qsizetype hit = fields.indexOf(m_criteria.needle);
+    return hit >= 0 && (m_criteria.rule != SearchRule::FirstText ||
+                        !QByteArrayView(fields).first(hit).contains(TextArena::kEnd));
+}
+
 void SearchRun::reportFirst() {
     m_isFirstReported = true;
-    if (!m_services.isInterrupted()) {
-        m_services.firstFound(idsOfFirst(std::min(m_found.size(), size_t(kSearchPageSize))));
+    if (m_services.isInterrupted()) {
+        return;
     }
+    const std::vector<Slot> asFound = m_found;
+    if (m_isByMoment) {
+        m_index.orderByMoment(m_found);
+    }
+    m_services.firstFound(idsOfFirst(std::min(m_found.size(), size_t(kSearchPageSize))));
+    m_found = asFound;
 }
 
 QList<QUuid> SearchRun::idsOfFirst(size_t count) const {

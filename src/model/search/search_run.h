@@ -38,7 +38,9 @@ private:
 
     /// False once it was interrupted.
     bool take(Slot slot, SearchIndex::Answer answer);
-    [[nodiscard]] bool end();
+    [[nodiscard]] bool readRest();
+    [[nodiscard]] bool report();
+    [[nodiscard]] bool isMatch(const QByteArray& fields) const;
     [[nodiscard]] bool readUncertain();
     [[nodiscard]] bool readBatch(size_t begin, size_t end);
     void reportFirst();
@@ -50,6 +52,8 @@ private:
     std::vector<Slot> m_found;
     std::vector<size_t> m_uncertain;  ///< Positions in m_found that must be read.
     bool m_isFirstReported = false;
+    bool m_isByMoment = false;  ///< What is found is yet to be ordered by moment.
+    size_t m_pinnedFound = 0;   ///< While it is.
     bool m_wasInterrupted = false;
 };
 

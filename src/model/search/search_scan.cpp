@@ -41,15 +41,27 @@ public:
 
     bool visitAlone(Slot slot) {
         const TextArena::Place& place = m_index.m_rows[slot].place;
-        const bool isTextHit = m_finder && place.length > 0 &&
-                               m_finder->find(m_index.m_arena.bytes(
-                                   place.chunk, place.begin, place.end())) != SubstringFinder::npos;
-        return visit(slot, isTextHit);
+        if (!m_finder || place.length == 0) {
+            return visit(slot, false);
+        }
+        const size_t hit =
+            m_finder->find(m_index.m_arena.bytes(place.chunk, place.begin, place.end()));
+        return visit(slot, hit != SubstringFinder::npos && counts(place, hit));
     }
 
 private:
     [[nodiscard]] bool contains(const QByteArray& text) const {
         return m_finder->find({text.constData(), size_t(text.size())}) != SubstringFinder::npos;
+    }
+
+    // Whether a text's first hit, so many bytes into it, is one by the rule.
+    [[nodiscard]] bool counts(const TextArena::Place& place, size_t hit) const {
+        if (m_criteria.rule != SearchRule::FirstText) {
+            return true;
+        }
+        const auto before =
+            m_index.m_arena.bytes(place.chunk, place.begin, place.begin + uint32_t(hit));
+        return std::ranges::find(before, TextArena::kEnd) == before.end();
     }
 
     // The texts of a run lie in one chunk in the order of the run, others' perhaps between them.
@@ -75,7 +87,8 @@ private:
             }
             const TextArena::Place& place = m_index.m_rows[run[row]].place;
             const bool isOfRun = place.begin <= position;
-            m_isTextHit[row] = m_isTextHit[row] || isOfRun;
+            m_isTextHit[row] =
+                m_isTextHit[row] || (isOfRun && counts(place, position - place.begin));
             from = isOfRun ? place.end() : place.begin;
         }
     }
@@ -85,7 +98,8 @@ private:
         if (m_criteria.filterMask != 0 && (row.filterMask & m_criteria.filterMask) == 0) {
             return true;
         }
-        if (!m_finder || isTextHit || m_isSourceHit[row.source]) {
+        const bool searchesSources = m_criteria.rule == SearchRule::AnyText;
+        if (!m_finder || isTextHit || (searchesSources && m_isSourceHit[row.source])) {
             return m_visitor(slot, Answer::Match);
         }
         const auto longText =
@@ -99,7 +113,9 @@ private:
             case LongTextDigest::Answer::Maybe:
                 return m_visitor(slot, Answer::ReadText);
             case LongTextDigest::Answer::Yes:
-                return m_visitor(slot, Answer::Match);
+                return m_visitor(slot, m_criteria.rule != SearchRule::FirstText || row.hasOneText
+                                           ? Answer::Match
+                                           : Answer::ReadText);
         }
         return true;
     }
@@ -133,7 +149,8 @@ bool SearchIndex::scan(const Criteria& criteria, const Visitor& visitor,
                        const Interrupted& isInterrupted) const {
     Matcher matcher(*this, criteria, visitor);
     for (const std::vector<Slot>* order : {&m_order[1], &m_order[0]}) {
-        for (size_t end = order->size(); end > 0;) {
+        const bool isWalked = order == &m_order[1] || !criteria.isOnlyPinned;
+        for (size_t end = isWalked ? order->size() : 0; end > 0;) {
             if (isInterrupted()) {
                 return false;
             }

@@ -61,7 +61,7 @@ private:
     Result<qint64> gatherDoomed(Entity entity, const StoreQuery& keys);
     Result<void> deleteDoomed(Entity entity, qint64 count);
     Result<void> gatherEvery(Entity entity);
-    Result<void> logNewestDeletions();
+    Result<void> logEveryDeletion(Entity entity);
     Result<void> noteTombstones(Entity entity, const QByteArray& keys);
     Result<void> noteRelationEnds(Entity deleted, const QByteArray& keys);
     Result<void> noteRelation(const ObjectId& id, const QByteArray& name);

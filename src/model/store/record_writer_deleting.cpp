@@ -136,7 +136,7 @@ Result<void> RecordWriter::removeEvery(Entity entity) {
     if (auto done = noteRelationEnds(entity, "SELECT id FROM " + table); !done) {
         return done;
     }
-    if (auto done = logNewestDeletions(); !done) {
+    if (auto done = logEveryDeletion(entity); !done) {
         return done;
     }
     if (auto done = noteTombstones(entity, table); !done) {
@@ -163,11 +163,17 @@ Result<void> RecordWriter::gatherEvery(Entity entity) {
     return {};
 }
 
-// Each takes a number, but only the lines that pruning would leave are written.
-Result<void> RecordWriter::logNewestDeletions() {
+// Each takes a number, but only the lines that pruning would leave are written. What happened to
+// the records before is nobody's business any more.
+Result<void> RecordWriter::logEveryDeletion(Entity entity) {
     const auto last = m_database.queryInteger("SELECT max(number) FROM ChangeLog");
     if (!last) {
         return std::unexpected(last.error());
+    }
+    if (auto done = run("DELETE FROM ChangeLog WHERE entity = ?",
+                        {Value(qint64{std::to_underlying(entity)})});
+        !done) {
+        return done;
     }
     const qsizetype count = m_changes.deleted.size();
     m_logged += count;

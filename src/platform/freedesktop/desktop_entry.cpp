@@ -19,8 +19,9 @@ using Keys = QHash<QByteArray, QByteArray>;
 
 /// Most lines of an entry are names and comments in languages that are not asked for.
 bool isWanted(QByteArrayView key, const QList<QByteArray>& locales) {
-    constexpr std::array wanted{"Type"_L1, "Name"_L1,   "Icon"_L1,      "StartupWMClass"_L1,
-                                "Exec"_L1, "Hidden"_L1, "NoDisplay"_L1, "Categories"_L1};
+    constexpr std::array wanted{
+        "Type"_L1,   "Name"_L1,      "Icon"_L1,       "StartupWMClass"_L1,           "Exec"_L1,
+        "Hidden"_L1, "NoDisplay"_L1, "Categories"_L1, "X-GNOME-Autostart-enabled"_L1};
     const qsizetype bracket = key.indexOf('[');
     const QByteArrayView name = bracket < 0 ? key : key.first(bracket);
     const bool isKnown = std::ranges::any_of(
@@ -225,6 +226,7 @@ std::optional<DesktopEntry> parseDesktopEntry(const QByteArray& bytes,
     entry.categories.removeAll(QString());
     entry.isHidden = isTrue(keys, "Hidden");
     entry.isVisible = !isTrue(keys, "NoDisplay");
+    entry.isAutostarted = keys.value("X-GNOME-Autostart-enabled", "true") != "false";
     return entry;
 }
 

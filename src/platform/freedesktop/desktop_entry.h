@@ -16,8 +16,9 @@ struct DesktopEntry {
     QString startupWmClass;
     QString program;  ///< File name of the program that Exec starts; empty when a shell does it.
     QStringList categories;
-    bool isHidden = false;  ///< The entry counts as deleted.
-    bool isVisible = true;  ///< It is shown in menus.
+    bool isHidden = false;      ///< The entry counts as deleted.
+    bool isVisible = true;      ///< It is shown in menus.
+    bool isAutostarted = true;  ///< In an autostart folder: it is not switched off.
 };
 
 /// The locales under which a key is looked up, best first, for a POSIX locale name: for

@@ -3,6 +3,8 @@
 
 #include <utility>
 
+#include "platform/x11/desktop/active_window_watch.h"
+
 namespace quillo::x11 {
 namespace {
 
@@ -35,16 +37,17 @@ Result<std::unique_ptr<X11Workspace>> X11Workspace::create(ApplicationIndex& ind
         return std::unexpected(focusWait.error());
     }
     return std::unique_ptr<X11Workspace>(
-        new X11Workspace(index, std::move(*connection), std::move(*focusWait)));
+        new X11Workspace(index, std::move(*connection), std::move(*focusWait), displayName));
 }
 
 X11Workspace::X11Workspace(ApplicationIndex& index, Connection connection,
-                           std::unique_ptr<FocusWait> focusWait)
+                           std::unique_ptr<FocusWait> focusWait, QByteArray displayName)
     : m_index(index),
       m_connection(std::move(connection)),
       m_windows(m_connection),
       m_timeWindow(xcb_generate_id(m_connection.get())),
-      m_focusWait(std::move(focusWait)) {
+      m_focusWait(std::move(focusWait)),
+      m_displayName(std::move(displayName)) {
     const uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
     xcb_create_window(m_connection.get(), XCB_COPY_FROM_PARENT, m_timeWindow, m_connection.root(),
                       -1, -1, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT,
@@ -171,6 +174,10 @@ void X11Workspace::whenFocused(const RunningApplication& application,
                                std::chrono::milliseconds deadline,
                                std::function<void(bool)> callback) {
     m_focusWait->start(application.windowId, deadline, std::move(callback));
+}
+
+std::unique_ptr<ActivationWatch> X11Workspace::watchActivation(std::function<void()> changed) {
+    return ActiveWindowWatch::create(m_displayName, std::move(changed));
 }
 
 std::optional<InstalledApplication> X11Workspace::installedApplication(

@@ -25,6 +25,8 @@ public:
     void activate(const RunningApplication& application) override;
     void whenFocused(const RunningApplication& application, std::chrono::milliseconds deadline,
                      std::function<void(bool)> callback) override;
+    [[nodiscard]] std::unique_ptr<ActivationWatch> watchActivation(
+        std::function<void()> changed) override;
     [[nodiscard]] std::optional<InstalledApplication> installedApplication(
         const QString& bundleIdentifier) override;
 
@@ -35,7 +37,7 @@ private:
     };
 
     X11Workspace(ApplicationIndex& index, Connection connection,
-                 std::unique_ptr<FocusWait> focusWait);
+                 std::unique_ptr<FocusWait> focusWait, QByteArray displayName);
 
     // These expect the lock to be held.
     [[nodiscard]] std::optional<SeenWindow> frontWindow();
@@ -53,6 +55,7 @@ private:
     QSet<quint32> m_ignored;
     xcb_window_t m_lastSeen = XCB_WINDOW_NONE;
     std::unique_ptr<FocusWait> m_focusWait;
+    QByteArray m_displayName;
 };
 
 }  // namespace quillo::x11
