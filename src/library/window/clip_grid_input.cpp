@@ -1,0 +1,218 @@
+// SPDX-License-Identifier: MIT
+// What the person does in the grid with keys, pointer and drags.
+#include <QApplication>
+#include <QContextMenuEvent>
+#include <QDrag>
+#include <QMimeData>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPointer>
+#include <utility>
+
+#include "library/thumbnails/card_texts.h"
+#include "library/window/clip_grid.h"
+#include "library/window/clip_grid_texts.h"
+
+namespace quillo {
+namespace {
+
+constexpr double kDraggedScale = 0.7;
+
+std::optional<GridMove> moveOfKey(int key) {
+    switch (key) {
+        case Qt::Key_Left:
+            return GridMove::Left;
+        case Qt::Key_Right:
+            return GridMove::Right;
+        case Qt::Key_Up:
+            return GridMove::Up;
+        case Qt::Key_Down:
+            return GridMove::Down;
+        case Qt::Key_PageUp:
+            return GridMove::PageUp;
+        case Qt::Key_PageDown:
+            return GridMove::PageDown;
+        case Qt::Key_Home:
+            return GridMove::First;
+        case Qt::Key_End:
+            return GridMove::Last;
+        default:
+            return std::nullopt;
+    }
+}
+
+bool isText(const QKeyEvent& event) {
+    const bool isPlain =
+        (event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) == 0;
+    return isPlain && !event.text().isEmpty() && event.text().at(0).isPrint();
+}
+
+}  // namespace
+
+void ClipGrid::moveTo(qsizetype index, Qt::KeyboardModifiers modifiers) {
+    const QUuid clip = m_shown.value(index);
+    if (clip.isNull()) {
+        return;
+    }
+    ClipSelection selection = m_selection;
+    if (modifiers.testFlag(Qt::ShiftModifier)) {
+        selection.extendTo(clip, m_shown);
+    } else if (modifiers.testFlag(Qt::ControlModifier)) {
+        selection.moveTo(clip);
+    } else {
+        selection.choose(clip);
+    }
+    m_scroller.jumpTo(layout().scrollToShow(index, scroll(), viewport()->height()));
+    select(selection);
+}
+
+bool ClipGrid::moveByKey(const QKeyEvent& event) {
+    const std::optional<GridMove> move = moveOfKey(event.key());
+    if (!move) {
+        return false;
+    }
+    // What is not listed yet cannot be gone to.
+    ClipGridLayout listed = layout();
+    listed.count = m_shown.size();
+    moveTo(movedInGrid(*move, currentIndex(), listed, viewport()->height()), event.modifiers());
+    return true;
+}
+
+void ClipGrid::keyPressEvent(QKeyEvent* event) {
+    const bool isControl = event->modifiers().testFlag(Qt::ControlModifier);
+    if (event->matches(QKeySequence::SelectAll)) {
+        chooseAll();
+    } else if (event->key() == Qt::Key_Space && isControl && !m_selection.current().isNull()) {
+        press(currentIndex(), Qt::ControlModifier);
+    } else if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter ||
+               event->matches(QKeySequence::Copy)) {
+        Q_EMIT activated();
+    } else if (event->key() == Qt::Key_Delete || event->key() == Qt::Key_Backspace) {
+        Q_EMIT deleteRequested();
+    } else if (event->key() == Qt::Key_Escape && m_selection.size() > 1) {
+        choose(currentIndex());
+    } else if (isText(*event) && event->key() != Qt::Key_Space) {
+        Q_EMIT typed(event->text());
+    } else if (!moveByKey(*event)) {
+        event->ignore();
+    }
+}
+
+void ClipGrid::press(qsizetype index, Qt::KeyboardModifiers modifiers) {
+    const QUuid clip = m_shown.value(index);
+    ClipSelection selection = m_selection;
+    if (clip.isNull()) {
+        selection.clear();
+    } else if (modifiers.testFlag(Qt::ShiftModifier)) {
+        selection.extendTo(clip, m_shown);
+    } else if (modifiers.testFlag(Qt::ControlModifier)) {
+        selection.toggle(clip);
+    } else {
+        selection.choose(clip);
+    }
+    select(selection);
+}
+
+// One of several that are selected may be the start of a drag of them all.
+void ClipGrid::mousePressEvent(QMouseEvent* event) {
+    m_pressPosition = event->position().toPoint();
+    m_pressed = indexAt(m_pressPosition);
+    const bool isPlain = event->modifiers() == Qt::NoModifier;
+    const bool isOneOfSeveral =
+        m_selection.size() > 1 && m_selection.contains(m_shown.value(m_pressed));
+    m_choosesOnRelease = isPlain && isOneOfSeveral && event->button() == Qt::LeftButton;
+    const bool keepsSelection = isOneOfSeveral && event->button() == Qt::RightButton;
+    if (!m_choosesOnRelease && !keepsSelection) {
+        press(m_pressed, event->modifiers());
+    }
+}
+
+void ClipGrid::mouseMoveEvent(QMouseEvent* event) {
+    const QPoint position = event->position().toPoint();
+    const bool isFar =
+        (position - m_pressPosition).manhattanLength() >= QApplication::startDragDistance();
+    if (event->buttons().testFlag(Qt::LeftButton) && m_pressed >= 0 && isFar) {
+        startDrag();
+    } else if (event->buttons() == Qt::NoButton) {
+        hover(indexAt(position));
+    }
+}
+
+void ClipGrid::mouseReleaseEvent(QMouseEvent* /*event*/) {
+    if (std::exchange(m_choosesOnRelease, false)) {
+        press(m_pressed, Qt::NoModifier);
+    }
+    m_pressed = -1;
+}
+
+void ClipGrid::mouseDoubleClickEvent(QMouseEvent* event) {
+    const bool isOnCard = indexAt(event->position().toPoint()) >= 0;
+    if (event->button() == Qt::LeftButton && isOnCard) {
+        Q_EMIT activated();
+    }
+}
+
+void ClipGrid::contextMenuEvent(QContextMenuEvent* event) {
+    if (event->reason() == QContextMenuEvent::Keyboard) {
+        if (const qsizetype index = currentIndex(); index >= 0) {
+            Q_EMIT menuRequested(cardRect(index).intersected(viewport()->rect()));
+        }
+    } else if (indexAt(event->pos()) >= 0) {
+        Q_EMIT menuRequested(QRect(event->pos(), QSize(0, 0)));
+    }
+}
+
+bool ClipGrid::viewportEvent(QEvent* event) {
+    if (event->type() == QEvent::Leave) {
+        hover(-1);
+    }
+    return QAbstractScrollArea::viewportEvent(event);
+}
+
+// The drag's own event loop runs here; the window may be gone when it ends.
+void ClipGrid::startDrag() {
+    const qsizetype index = std::exchange(m_pressed, -1);
+    m_choosesOnRelease = false;
+    const QList<QUuid> clips = m_selection.contains(m_shown.value(index))
+                                   ? selectedClips()
+                                   : QList<QUuid>{m_shown.value(index)};
+    std::unique_ptr<QMimeData> contents = m_dragData ? m_dragData(clips) : nullptr;
+    if (contents == nullptr) {
+        return;
+    }
+    m_dragged = clips;
+    auto* drag = new QDrag(this);
+    drag->setMimeData(contents.release());
+    drag->setPixmap(dragPixmap(index, clips.size()));
+    drag->setHotSpot((m_pressPosition - cardRect(index).topLeft()) * kDraggedScale);
+    const QPointer<ClipGrid> self(this);
+    // Never a move: a file manager would take the person's file away.
+    drag->exec(Qt::CopyAction);
+    if (self) {
+        m_dragged.clear();
+        hover(-1);
+    }
+}
+
+QPixmap ClipGrid::dragPixmap(qsizetype index, qsizetype count) {
+    const QRect card = cardRect(index);
+    const qreal ratio = devicePixelRatioF();
+    QPixmap pixmap((QSizeF(card.size()) * kDraggedScale * ratio).toSize());
+    pixmap.setDevicePixelRatio(ratio);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    painter.scale(kDraggedScale, kDraggedScale);
+    painter.translate(-card.topLeft());
+    paintCard(painter, index);
+    if (count > 1) {
+        const QRect badge(card.left() + 6, card.top() + 6, 34, 24);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(m_look.accent);
+        painter.drawRoundedRect(badge, 12, 12);
+        painter.setPen(m_look.onAccent);
+        painter.drawText(badge, Qt::AlignCenter, QString::number(count));
+    }
+    return pixmap;
+}
+
+}  // namespace quillo

@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QObject>
+#include <QVariantAnimation>
+
+class QScrollBar;
+
+namespace quillo {
+
+/// Moves a scroll bar: a finger or a thumb is followed at once, the notches of a wheel are glided
+/// over. Main thread.
+class ClipGridScroller final : public QObject {
+    Q_OBJECT
+
+public:
+    /// The bar must outlive this.
+    explicit ClipGridScroller(QScrollBar& bar);
+
+    /// Goes there without animation and ends a glide.
+    void jumpTo(int position);
+    /// Moves smoothly. Further notches add to where the glide was going.
+    void glideBy(int pixels);
+    /// The content moved beneath what is seen: a glide goes on from there.
+    void shiftBy(int pixels);
+
+private:
+    QScrollBar& m_bar;
+    QVariantAnimation m_glide;
+};
+
+}  // namespace quillo

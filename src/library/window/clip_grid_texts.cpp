@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: MIT
+#include "library/window/clip_grid_texts.h"
+
+#include <QStringList>
+
+#include "library/thumbnails/card_content.h"
+
+using namespace Qt::StringLiterals;
+
+namespace quillo {
+namespace {
+
+// What is read out of a text.
+constexpr qsizetype kLongestText = 200;
+
+}  // namespace
+
+QString relativeAge(Timestamp moment, Timestamp now) {
+    using namespace std::chrono;
+    const auto age = now - moment;
+    const auto in = [&](auto unit, const QString& one, const QString& many) {
+        const auto count = age / unit;
+        return QString::number(count) + u' ' + (count == 1 ? one : many);
+    };
+    if (age < minutes(1)) {
+        return u"now"_s;
+    }
+    if (age < hours(1)) {
+        return in(minutes(1), u"min"_s, u"min"_s);
+    }
+    if (age < days(1)) {
+        return in(hours(1), u"hr"_s, u"hr"_s);
+    }
+    if (age < days(14)) {
+        return in(days(1), u"day"_s, u"days"_s);
+    }
+    if (age < days(60)) {
+        return in(days(7), u"wk"_s, u"wk"_s);
+    }
+    return age < days(365) ? in(days(30), u"mo"_s, u"mo"_s) : in(days(365), u"yr"_s, u"yr"_s);
+}
+
+QString kindSymbol(ClipType kind) {
+    switch (kind) {
+        case ClipType::Text:
+            return u"doc.text"_s;
+        case ClipType::Rtf:
+            return u"doc.richtext"_s;
+        case ClipType::Html:
+            return u"globe"_s;
+        case ClipType::Image:
+            return u"photo"_s;
+        case ClipType::FileUrl:
+            return u"doc"_s;
+    }
+    return u"doc.text"_s;
+}
+
+QString spokenName(const CardContent& card) {
+    QStringList parts{card.kindLabel};
+    for (const QString& part : {card.title, card.body.simplified().left(kLongestText)}) {
+        if (!part.isEmpty()) {
+            parts.append(part);
+        }
+    }
+    return parts.join(u": "_s);
+}
+
+QString spokenDetails(const CardContent& card, Timestamp now) {
+    QStringList parts;
+    for (const QString& part :
+         {card.source, card.createdAt ? relativeAge(*card.createdAt, now) : QString(), card.detail,
+          card.isPinned ? u"Pinned"_s : QString()}) {
+        if (!part.isEmpty()) {
+            parts.append(part);
+        }
+    }
+    return parts.join(u", "_s);
+}
+
+}  // namespace quillo

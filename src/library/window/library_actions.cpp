@@ -1,0 +1,214 @@
+// SPDX-License-Identifier: MIT
+#include "library/window/library_actions.h"
+
+#include <QCoreApplication>
+#include <QPointer>
+#include <algorithm>
+#include <utility>
+
+#include "base/logging.h"
+#include "model/groups.h"
+
+namespace quillo {
+namespace {
+
+QUILLO_LOG_CATEGORY(lcActions, "LibraryView")
+
+// Few enough that a capture, which waits for the same thread, is not held up.
+constexpr qsizetype kAtOnce = 200;
+
+FetchRequest requestFor(const QList<QUuid>& clips) {
+    FetchRequest request;
+    for (const QUuid& clip : clips) {
+        request.ids.append({Entity::Clip, clip});
+    }
+    return request;
+}
+
+/// What is left of a pinboard that was deleted.
+struct LostPinboard {
+    std::optional<QString> title;
+    std::optional<QString> color;
+    std::optional<QByteArray> order;
+    qint64 place = 0;
+    QList<QUuid> clips;
+};
+
+LostPinboard valuesOf(const Pinboard& board) {
+    return {.title = board.title(),
+            .color = board.colorHex(),
+            .order = board.clipOrder(),
+            .place = board.sortIndex(),
+            .clips = board.clipIds().value_or(QList<QUuid>())};
+}
+
+Result<void> restore(ObjectContext& context, const LostPinboard& lost) {
+    const auto board = context.insert<Pinboard>();
+    board->setTitle(lost.title);
+    board->setColorHex(lost.color);
+    board->setSortIndex(lost.place);
+    if (const Result<void> added = addClips(*board, lost.clips); !added) {
+        return added;
+    }
+    board->setClipOrder(lost.order);
+    return context.save();
+}
+
+void pin(ObjectContext& context, const QList<QUuid>& ids, bool isPinned) {
+    const auto clips = context.fetch<Clip>(requestFor(ids));
+    for (const auto& clip : clips.value_or(QList<std::shared_ptr<Clip>>())) {
+        if (clip->isPinned() != isPinned) {
+            clip->setPinned(isPinned);
+        }
+    }
+    if (const Result<void> saved = context.save(); !saved) {
+        qCCritical(lcActions, "Error pinning clips: %ls", qUtf16Printable(saved.error().text));
+    }
+}
+
+}  // namespace
+
+LibraryActions::LibraryActions(PersistenceController& persistence, PasteBack& pasteBack,
+                               const GroupList& groups, std::chrono::milliseconds secondThoughts,
+                               QObject* parent)
+    : QObject(parent), m_persistence(persistence), m_pasteBack(pasteBack), m_groups(groups) {
+    m_timer.setSingleShot(true);
+    m_timer.setInterval(secondThoughts);
+    connect(&m_timer, &QTimer::timeout, this, &LibraryActions::completeDeletion);
+}
+
+LibraryActions::~LibraryActions() {
+    completeDeletion();
+}
+
+// In the order asked for; one that is gone is missing.
+QList<std::shared_ptr<Clip>> LibraryActions::fetch(const QList<QUuid>& clips) const {
+    QHash<QUuid, std::shared_ptr<Clip>> found;
+    for (qsizetype i = 0; i < clips.size(); i += kAtOnce) {
+        const auto some = context().fetch<Clip>(requestFor(clips.mid(i, kAtOnce)));
+        for (const auto& clip : some.value_or(QList<std::shared_ptr<Clip>>())) {
+            found.insert(clip->id(), clip);
+        }
+    }
+    QList<std::shared_ptr<Clip>> ordered;
+    for (const QUuid& id : clips) {
+        if (const auto clip = found.value(id)) {
+            ordered.append(clip);
+        }
+    }
+    return ordered;
+}
+
+void LibraryActions::copy(const QList<QUuid>& clips) {
+    const QList<std::shared_ptr<Clip>> found =
+        fetch(clips.first(std::min(clips.size(), kMostCopied)));
+    if (found.size() == 1) {
+        m_pasteBack.copyInDetail(*found.constFirst());
+    } else if (!found.isEmpty()) {
+        m_pasteBack.copyTogether(found);
+    }
+}
+
+QString LibraryActions::textsOf(const QList<QUuid>& clips) const {
+    const auto some = fetch(clips.first(std::min(clips.size(), kMostCopied)));
+    return contentsTogether(some).text.value_or(QString());
+}
+
+void LibraryActions::copyCard(const QUuid& clip) {
+    if (const auto found = context().object<Clip>(clip)) {
+        m_pasteBack.copyQuickly(*found);
+    }
+}
+
+void LibraryActions::copyTransformed(const QUuid& clip, TextTransformation transformation) {
+    if (const auto found = context().object<Clip>(clip)) {
+        m_pasteBack.copyTransformed(*found, transformation);
+    }
+}
+
+// Many in pieces on the store's thread, so that nothing waits for them.
+void LibraryActions::setPinned(const QList<QUuid>& clips, bool isPinned) {
+    if (clips.size() <= kAtOnce) {
+        pin(context(), clips, isPinned);
+        return;
+    }
+    for (qsizetype i = 0; i < clips.size(); i += kAtOnce) {
+        m_persistence.perform([some = clips.mid(i, kAtOnce), isPinned](ObjectContext& store) {
+            pin(store, some, isPinned);
+        });
+    }
+}
+
+void LibraryActions::setMembers(const QUuid& pinboard, const QList<QUuid>& clips, bool areMembers) {
+    const auto board = m_groups.group(pinboard);
+    if (board == nullptr) {
+        return;
+    }
+    const Result<void> done = areMembers ? addClips(*board, clips) : removeClips(*board, clips);
+    if (!done) {
+        qCCritical(lcActions, "Error changing a pinboard: %ls", qUtf16Printable(done.error().text));
+    }
+}
+
+void LibraryActions::deleteClips(const QList<QUuid>& clips) {
+    m_pending.unite(QSet<QUuid>(clips.begin(), clips.end()));
+    m_timer.start();
+    Q_EMIT pendingChanged();
+}
+
+void LibraryActions::undoDeletion() {
+    m_timer.stop();
+    if (!std::exchange(m_pending, {}).isEmpty()) {
+        Q_EMIT pendingChanged();
+    }
+}
+
+// Many go in pieces on the store's thread; until the last is gone they stay out of sight here.
+void LibraryActions::completeDeletion() {
+    m_timer.stop();
+    const QList<QUuid> clips = m_pending.values();
+    if (clips.isEmpty()) {
+        return;
+    }
+    for (qsizetype i = 0; i < clips.size(); i += kAtOnce) {
+        m_persistence.perform([some = clips.mid(i, kAtOnce)](ObjectContext& store) {
+            if (const auto deleted = store.batchDelete(requestFor(some)); !deleted) {
+                qCCritical(lcActions, "Error deleting clips: %ls",
+                           qUtf16Printable(deleted.error().text));
+            }
+        });
+    }
+    m_persistence.perform([clips, self = QPointer(this)](ObjectContext& /*store*/) {
+        QMetaObject::invokeMethod(
+            qApp,
+            [self, clips] {
+                if (self) {
+                    self->m_pending.subtract(QSet<QUuid>(clips.begin(), clips.end()));
+                    Q_EMIT self->pendingChanged();
+                }
+            },
+            Qt::QueuedConnection);
+    });
+}
+
+std::function<void()> LibraryActions::deletePinboard(const QUuid& pinboard) {
+    const auto board = m_groups.group(pinboard);
+    if (board == nullptr) {
+        return {};
+    }
+    const LostPinboard lost = valuesOf(*board);
+    if (const Result<void> deleted = deleteGroup(*board); !deleted) {
+        qCCritical(lcActions, "Error deleting a pinboard: %ls",
+                   qUtf16Printable(deleted.error().text));
+        return {};
+    }
+    return [self = QPointer(this), lost] {
+        const Result<void> done = self ? restore(self->context(), lost) : Result<void>();
+        if (!done) {
+            qCCritical(lcActions, "Error restoring a pinboard: %ls",
+                       qUtf16Printable(done.error().text));
+        }
+    };
+}
+
+}  // namespace quillo

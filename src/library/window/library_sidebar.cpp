@@ -1,0 +1,234 @@
+// SPDX-License-Identifier: MIT
+#include "library/window/library_sidebar.h"
+
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "appearance/fonts.h"
+#include "library/groups/form_controls.h"
+
+using namespace Qt::StringLiterals;
+
+namespace quillo {
+namespace {
+
+constexpr int kMargin = 10;
+constexpr int kTop = 22;
+constexpr int kFixedRows = 2;
+constexpr int kHeadingHeight = 22;
+
+QLabel* heading(const QString& text) {
+    auto* label = new QLabel(text);
+    label->setFont(sizedFont(label->font(), 11, QFont::DemiBold));
+    label->setFixedHeight(kHeadingHeight);
+    label->setContentsMargins(8, 0, 0, 0);
+    return label;
+}
+
+}  // namespace
+
+LibrarySidebar::LibrarySidebar(const LibrarySections& sections, QWidget* parent)
+    : QScrollArea(parent),
+      m_sections(sections),
+      m_look(libraryLook(ColorScheme::Light)),
+      m_content(new QWidget),
+      m_column(new QVBoxLayout(m_content)),
+      m_libraryHeading(heading(u"Library"_s)),
+      m_pinboardsHeading(heading(u"Pinboards"_s)),
+      m_plus(new PushButton(PushButton::Style::Bare, QString())),
+      m_placeLine(new QWidget(m_content)),
+      m_bar(new SlimScrollBar(*this)) {
+    setFrameShape(QFrame::NoFrame);
+    setWidgetResizable(true);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setFocusPolicy(Qt::NoFocus);
+    setAccessibleName(u"Sections"_s);
+    m_content->setAcceptDrops(true);
+    m_content->installEventFilter(this);
+    m_content->setAutoFillBackground(true);
+    m_placeLine->setAutoFillBackground(true);
+    m_placeLine->hide();
+    m_plus->setSymbol(u"plus"_s);
+    m_plus->setAccessibleName(u"New Pinboard"_s);
+    m_plus->setToolTip(u"New Pinboard"_s);
+    m_column->setContentsMargins(kMargin, kTop, kMargin, kMargin);
+    m_column->setSpacing(0);
+    m_column->addWidget(m_libraryHeading);
+    auto* pinboards = new QHBoxLayout;
+    pinboards->setContentsMargins(0, 6, 0, 3);
+    pinboards->addWidget(m_pinboardsHeading);
+    pinboards->addStretch();
+    pinboards->addWidget(m_plus);
+    m_column->addLayout(pinboards);
+    m_column->addStretch();
+    setWidget(m_content);
+    connect(m_plus, &PushButton::clicked, this,
+            [this] { Q_EMIT newPinboardRequested(Popup::anchorOf(*m_plus)); });
+    connect(&m_sections, &LibrarySections::changed, this, &LibrarySidebar::updateRows);
+    updateRows();
+}
+
+void LibrarySidebar::setLook(const LibraryLook& look) {
+    m_look = look;
+    QPalette palette = m_content->palette();
+    palette.setColor(QPalette::Window, look.sidebar);
+    m_content->setPalette(palette);
+    setPalette(palette);
+    palette.setColor(QPalette::Window, look.accent);
+    m_placeLine->setPalette(palette);
+    const QColor quiet = readableText(look.secondaryText, {look.sidebar});
+    setInk(*m_libraryHeading, quiet);
+    setInk(*m_pinboardsHeading, quiet);
+    m_plus->setLook(look.controls);
+    m_bar->setLook(look);
+    for (SidebarRow* row : std::as_const(m_rows)) {
+        row->setLook(look);
+    }
+}
+
+QList<SidebarRowContent> LibrarySidebar::contents() const {
+    QList<SidebarRowContent> contents{{.section = {.kind = LibrarySection::Kind::AllClips},
+                                       .symbol = u"doc.on.clipboard.fill"_s,
+                                       .symbolColor = {},
+                                       .title = u"All Clips"_s,
+                                       .count = m_sections.clipCount()},
+                                      {.section = {.kind = LibrarySection::Kind::Favorites},
+                                       .symbol = u"star.fill"_s,
+                                       .symbolColor = {},
+                                       .title = u"Favorites"_s,
+                                       .count = m_sections.favoriteCount()}};
+    for (const GroupItem& item : m_sections.groups().items()) {
+        contents.append({.section = LibrarySection::ofPinboard(item.id),
+                         .symbol = u"folder.fill"_s,
+                         .symbolColor = item.color.value_or(m_look.accent),
+                         .title = pinboardTitle(item),
+                         .count = m_sections.memberCount(item)});
+    }
+    return contents;
+}
+
+void LibrarySidebar::updateRows() {
+    const QList<SidebarRowContent> wanted = contents();
+    const bool isSameOrder =
+        std::ranges::equal(wanted, m_rows, {}, &SidebarRowContent::section,
+                           [](const SidebarRow* row) { return row->content().section; });
+    if (isSameOrder) {
+        for (qsizetype i = 0; i < wanted.size(); ++i) {
+            m_rows[i]->setContent(wanted[i]);
+        }
+    } else {
+        makeRows(wanted);
+    }
+}
+
+void LibrarySidebar::makeRows(const QList<SidebarRowContent>& contents) {
+    const auto focused = std::ranges::find_if(m_rows, &QWidget::hasFocus);
+    const bool hadFocus = focused != m_rows.end();
+    const LibrarySection withFocus = hadFocus ? (*focused)->content().section : m_section;
+    for (SidebarRow* row : std::as_const(m_rows)) {
+        m_column->removeWidget(row);
+        row->hide();
+        row->deleteLater();
+    }
+    m_rows.clear();
+    for (const SidebarRowContent& content : contents) {
+        m_rows.append(makeRow(content));
+        // Below the headings and above the space at the end.
+        const bool isFixed = m_rows.size() <= kFixedRows;
+        m_column->insertWidget(isFixed ? int(m_rows.size()) : m_column->count() - 1,
+                               m_rows.constLast());
+    }
+    markSection();
+    if (hadFocus) {
+        const SidebarRow* row = rowOf(withFocus);
+        focusRow(row != nullptr ? withFocus : LibrarySection());
+    }
+}
+
+SidebarRow* LibrarySidebar::makeRow(const SidebarRowContent& content) {
+    auto* row = new SidebarRow(content, m_content);
+    row->setLook(m_look);
+    connect(row, &SidebarRow::clicked, this, [this, row] { choose(row->content().section); });
+    if (content.section.kind == LibrarySection::Kind::Pinboard) {
+        const QUuid pinboard = content.section.pinboard;
+        connect(row, &SidebarRow::menuRequested, this,
+                [this, row](const QRect& anchor) { openMenu(*row, anchor); });
+        connect(row, &SidebarRow::dragged, this, [this, row](const QPoint& position) {
+            showPlace(placeAt(row->mapTo(m_content, position)));
+        });
+        connect(row, &SidebarRow::dropped, this, [this, row, pinboard](const QPoint& position) {
+            m_placeLine->hide();
+            movePinboard(pinboard, placeAt(row->mapTo(m_content, position)));
+        });
+    }
+    return row;
+}
+
+SidebarRow* LibrarySidebar::rowOf(const LibrarySection& section) const {
+    const auto found = std::ranges::find_if(
+        m_rows, [&](const SidebarRow* row) { return row->content().section == section; });
+    return found != m_rows.end() ? *found : nullptr;
+}
+
+void LibrarySidebar::setSection(const LibrarySection& section) {
+    m_section = section;
+    markSection();
+}
+
+// The chosen row is the one that Tab stops at.
+void LibrarySidebar::markSection() {
+    for (SidebarRow* row : std::as_const(m_rows)) {
+        const bool isChosen = row->content().section == m_section;
+        row->setChecked(isChosen);
+        row->setFocusPolicy(isChosen ? Qt::StrongFocus : Qt::ClickFocus);
+    }
+}
+
+void LibrarySidebar::focusSection() {
+    focusRow(m_section);
+}
+
+void LibrarySidebar::focusRow(const LibrarySection& section) {
+    if (SidebarRow* row = rowOf(section)) {
+        row->setFocus(Qt::OtherFocusReason);
+        ensureWidgetVisible(row, 0, SidebarRow::kHeight);
+    }
+}
+
+void LibrarySidebar::choose(const LibrarySection& section) {
+    setSection(section);
+    Q_EMIT sectionChosen(section);
+}
+
+void LibrarySidebar::chooseBeside(int step) {
+    const qsizetype now = m_rows.indexOf(rowOf(m_section));
+    const qsizetype next = std::clamp<qsizetype>(now + step, 0, m_rows.size() - 1);
+    if (next != now) {
+        choose(m_rows[next]->content().section);
+        focusSection();
+    }
+}
+
+void LibrarySidebar::keyPressEvent(QKeyEvent* event) {
+    const bool isPinboard = m_section.kind == LibrarySection::Kind::Pinboard;
+    const bool isUp = event->key() == Qt::Key_Up;
+    if (isUp || event->key() == Qt::Key_Down) {
+        if (!event->modifiers().testFlag(Qt::AltModifier)) {
+            chooseBeside(isUp ? -1 : 1);
+        } else if (isPinboard) {
+            const int place = int(m_rows.indexOf(rowOf(m_section))) - kFixedRows;
+            movePinboard(m_section.pinboard, isUp ? place - 1 : place + 2);
+        }
+    } else if (isPinboard && event->key() == Qt::Key_F2) {
+        Q_EMIT renameRequested(m_section.pinboard, anchorOf(m_section.pinboard));
+    } else if (isPinboard && event->key() == Qt::Key_Delete) {
+        Q_EMIT deleteRequested(m_section.pinboard);
+    } else {
+        QScrollArea::keyPressEvent(event);
+    }
+}
+
+}  // namespace quillo

@@ -1,0 +1,148 @@
+// SPDX-License-Identifier: MIT
+// What is done to clips and pinboards from the library window.
+#include <QMimeData>
+
+#include "library/groups/clip_drag.h"
+#include "library/groups/form_controls.h"
+#include "library/groups/text_field_menu.h"
+#include "library/window/library_view.h"
+#include "library/window/pinboard_editor.h"
+
+using namespace Qt::StringLiterals;
+
+namespace quillo {
+namespace {
+
+QString clipsText(qsizetype count, const QString& done) {
+    return (count == 1 ? u"Clip"_s : u"%1 clips"_s.arg(count)) + u' ' + done;
+}
+
+}  // namespace
+
+void LibraryView::undo() {
+    m_notice->undo();
+}
+
+void LibraryView::copySelected() {
+    const QList<QUuid> clips = m_grid->selectedClips();
+    if (clips.isEmpty()) {
+        return;
+    }
+    m_actions.copy(clips);
+    const bool isCut = clips.size() > LibraryActions::kMostCopied;
+    m_notice->say(isCut ? u"The first %1 clips copied"_s.arg(LibraryActions::kMostCopied)
+                        : clipsText(clips.size(), u"copied"_s));
+}
+
+void LibraryView::deleteSelected() {
+    const QList<QUuid> clips = m_grid->selectedClips();
+    if (clips.isEmpty()) {
+        return;
+    }
+    m_actions.deleteClips(clips);
+    m_notice->say(clipsText(m_actions.pendingClips().size(), u"deleted"_s),
+                  [this] { m_actions.undoDeletion(); });
+}
+
+void LibraryView::deletePinboard(const QUuid& pinboard) {
+    const auto item = m_groups.item(pinboard);
+    auto restore = m_actions.deletePinboard(pinboard);
+    if (item && restore) {
+        m_notice->say(u"“%1” deleted"_s.arg(pinboardTitle(*item)), std::move(restore));
+    }
+}
+
+void LibraryView::openMenu(const QRect& anchor) {
+    const QList<QUuid> clips = m_grid->selectedClips();
+    if (clips.isEmpty()) {
+        return;
+    }
+    const CardContent* card = m_clips.card(clips.constFirst());
+    const bool isPinned = clips.size() == 1 && card != nullptr && card->isPinned;
+    std::vector<MenuEntry> entries;
+    entries.push_back({.title = u"&Copy"_s,
+                       .symbol = u"doc.on.doc"_s,
+                       .shortcut = u"Return"_s,
+                       .action = [this, clips] {
+                           clips.size() == 1 ? m_actions.copyCard(clips[0]) : m_actions.copy(clips);
+                           m_notice->say(clipsText(clips.size(), u"copied"_s));
+                       }});
+    entries.push_back(
+        {.title = isPinned ? u"Un&pin"_s : u"&Pin"_s,
+         .symbol = isPinned ? u"pin.slash"_s : u"pin"_s,
+         .action = [this, clips, isPinned] { m_actions.setPinned(clips, !isPinned); }});
+    entries.push_back(pinboardMenu());
+    entries.push_back(MenuEntry::separator());
+    entries.push_back({.title = u"&Delete"_s,
+                       .symbol = u"trash"_s,
+                       .shortcut = u"Del"_s,
+                       .isDestructive = true,
+                       .action = [this] { deleteSelected(); }});
+    const QPoint corner = m_grid->viewport()->mapTo(window(), anchor.topLeft());
+    PopupMenu::open(window(), std::move(entries), QRect(corner, anchor.size()), m_look.menus);
+}
+
+MenuEntry LibraryView::pinboardMenu() {
+    MenuEntry menu{.title = u"&Add to Pinboard"_s, .symbol = u"folder"_s};
+    const QList<QUuid> clips = m_grid->selectedClips();
+    for (const GroupItem& item : m_groups.items()) {
+        // An "&" of a title is no mark.
+        menu.submenu.push_back(
+            {.title = pinboardTitle(item).replace(u'&', u"&&"_s),
+             .dot = item.color.value_or(m_look.accent),
+             .action = [this, clips, id = item.id] { m_actions.setMembers(id, clips, true); }});
+    }
+    menu.isEnabled = !menu.submenu.empty();
+    return menu;
+}
+
+template <typename Form>
+void LibraryView::openForm(Form* form, const QRect& anchor) {
+    auto* popup = new Popup(window(), m_look.menus);
+    popup->setAccessibleName(form->accessibleName());
+    popup->setContent(form);
+    form->setLook(popup->look());
+    new TextFieldMenu(form->nameField(), window(), [this] { return m_look.menus; });
+    connect(form, &Form::saved, popup, &QWidget::close);
+    connect(form, &Form::cancelled, popup, &QWidget::close);
+    connect(popup, &Popup::closed, popup, &QObject::deleteLater);
+    popup->openAt(anchor);
+}
+
+void LibraryView::openEditor(const QRect& anchor) {
+    openForm(new PinboardEditor(m_services.persistence.viewContext(), std::nullopt), anchor);
+}
+
+void LibraryView::openRename(const QUuid& pinboard, const QRect& anchor) {
+    openForm(new RenamePinboardForm(m_services.persistence.viewContext(), pinboard), anchor);
+}
+
+// A drag of the grid's own may be of several.
+void LibraryView::takeDrop(const LibrarySection& section, const QUuid& clip) {
+    const bool isOurs = m_grid->draggedClips().contains(clip);
+    const QList<QUuid> clips = isOurs ? m_grid->draggedClips() : QList<QUuid>{clip};
+    if (section.kind == LibrarySection::Kind::Pinboard) {
+        m_actions.setMembers(section.pinboard, clips, true);
+    } else if (section.kind == LibrarySection::Kind::Favorites) {
+        m_actions.setPinned(clips, true);
+    }
+}
+
+std::unique_ptr<QMimeData> LibraryView::dragData(const QList<QUuid>& clips) const {
+    ObjectContext& context = m_services.persistence.viewContext();
+    const auto first = context.object<Clip>(clips.value(0));
+    if (first == nullptr) {
+        return nullptr;
+    }
+    std::unique_ptr<QMimeData> carried;
+    if (clips.size() == 1) {
+        carried = m_services.pasteBack.dragData(*first);
+    } else {
+        carried = std::make_unique<QMimeData>();
+        carried->setText(m_actions.textsOf(clips));
+    }
+    setClipOfDrag(*carried, clips[0]);
+    return carried;
+}
+
+}  // namespace quillo

@@ -1,0 +1,285 @@
+// SPDX-License-Identifier: MIT
+// The library's content with a store in memory, as a person uses it.
+#include "library/window/library_view.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QScrollBar>
+
+#include "library/groups/form_controls.h"
+#include "library/window/detail_text_view.h"
+#include "library/window/pinboard_editor.h"
+#include "model/groups.h"
+#include "support/in_memory_store.h"
+#include "support/library_rig.h"
+#include "support/manual_clock.h"
+#include "support/wait_until.h"
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace quillo::testing {
+namespace {
+
+class Library : public ::testing::Test {
+protected:
+    void open(int clips) {
+        for (int i = 0; i < clips; ++i) {
+            m_ids.prepend(add(u"clip %1"_s.arg(i)));
+        }
+        ASSERT_TRUE(context().save());
+        m_view = m_rig.makeView();
+        m_view->resize(1000, 700);
+        m_view->show();
+        ASSERT_TRUE(waitUntil([&] { return m_view->clips().isComplete(); }));
+    }
+
+    QUuid add(const QString& text) {
+        m_clock.advance(1s);
+        const auto clip = Clip::create(context(), m_clock.now());
+        clip->setPlaintext(text);
+        return clip->id();
+    }
+
+    std::shared_ptr<Pinboard> addBoard(const QString& title, const QList<QUuid>& clips = {}) {
+        return createGroup(context(), {title, QColor(0xff6b6b), GroupPlace::AfterListed, clips})
+            .value();
+    }
+
+    void press(QWidget& widget, int key, Qt::KeyboardModifiers modifiers = {}) {
+        QKeyEvent event(QEvent::KeyPress, key, modifiers);
+        QCoreApplication::sendEvent(&widget, &event);
+    }
+
+    [[nodiscard]] ObjectContext& context() { return m_rig.persistence.viewContext(); }
+    [[nodiscard]] ClipGrid& grid() { return m_view->grid(); }
+    [[nodiscard]] QStringList sidebarTexts() {
+        QStringList texts;
+        for (const SidebarRow* row : m_view->sidebar().rows()) {
+            texts.append(u"%1 %2"_s.arg(row->content().title).arg(row->content().count));
+        }
+        return texts;
+    }
+    [[nodiscard]] bool lists(const QList<QUuid>& ids) {
+        return waitUntil([&] { return m_view->clips().ids() == ids; });
+    }
+    template <typename Widget>
+    [[nodiscard]] Widget* child(const QString& accessibleName) {
+        for (Widget* widget : m_view->findChildren<Widget*>()) {
+            if (widget->accessibleName() == accessibleName ||
+                widget->property("text").toString() == accessibleName) {
+                return widget;
+            }
+        }
+        return nullptr;
+    }
+
+    ManualClock m_clock;
+    LibraryRig m_rig{inMemory(m_clock), m_clock};
+    QList<QUuid> m_ids;  ///< Newest first.
+    std::unique_ptr<LibraryView> m_view;
+};
+
+TEST_F(Library, WhatAPersonLooksAtStaysWhereItIsWhileTheHistoryGrows) {
+    open(300);
+    ASSERT_TRUE(lists(m_ids));
+    grid().choose(150);
+    const ClipGridLayout::Range seen = grid().visibleCards();
+    const QUuid chosen = m_ids[150];
+    const int height = grid().cardRect(150).top();
+    const QUuid gone = m_ids[seen.first - 5];
+    m_ids.removeOne(gone);
+    context().remove(*context().object<Clip>(gone));
+    for (int i = 0; i < 5; ++i) {
+        m_ids.prepend(add(u"new %1"_s.arg(i)));
+    }
+    ASSERT_TRUE(context().save());
+    ASSERT_TRUE(lists(m_ids));
+    EXPECT_EQ(grid().cardRect(m_view->clips().ids().indexOf(chosen)).top(), height);
+    EXPECT_EQ(grid().selection().size(), 1);
+    EXPECT_EQ(m_view->clips().ids()[grid().currentIndex()], grid().selectedClips()[0]);
+
+    grid().verticalScrollBar()->setValue(0);
+    m_ids.prepend(add(u"newest"_s));
+    ASSERT_TRUE(context().save());
+    EXPECT_TRUE(waitUntil([&] { return m_view->clips().ids()[0] == m_ids[0]; }));
+    EXPECT_EQ(grid().verticalScrollBar()->value(), 0)
+        << "at the start what is new comes into sight";
+}
+
+TEST_F(Library, SeveralClipsAreDeletedAndComeBackUntilTheTimeIsOver) {
+    open(10);
+    const auto board = addBoard(u"Work"_s, {m_ids[1], m_ids[5]});
+    grid().choose(0);
+    press(grid(), Qt::Key_Right, Qt::ShiftModifier);
+    press(grid(), Qt::Key_Delete);
+    EXPECT_TRUE(lists(m_ids.mid(2)));
+    EXPECT_EQ(sidebarTexts(), (QStringList{u"All Clips 8"_s, u"Favorites 0"_s, u"Work 1"_s}));
+    EXPECT_EQ(grid().selectedClips(), QList{m_ids[2]});
+    EXPECT_EQ(context().count({}).value(), 10);
+    child<PushButton>(u"Undo"_s)->click();
+    EXPECT_TRUE(lists(m_ids));
+    EXPECT_EQ(sidebarTexts()[2], u"Work 2");
+
+    grid().choose(9);
+    press(grid(), Qt::Key_Delete);
+    m_view.reset();
+    m_rig.persistence.waitUntilIdle();
+    EXPECT_EQ(context().count({}).value(), 9);
+    EXPECT_EQ(context().object<Clip>(m_ids[9]), nullptr);
+}
+
+TEST_F(Library, CopiesOneClipInFullAndTheTextsOfSeveral) {
+    open(3);
+    grid().choose(1);
+    press(grid(), Qt::Key_Return);
+    EXPECT_EQ(m_rig.pasteboardText(), "clip 1");
+    press(grid(), Qt::Key_A, Qt::ControlModifier);
+    press(grid(), Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(m_rig.pasteboardText(), "clip 2\nclip 1\nclip 0");
+}
+
+TEST_F(Library, ManyClipsArePinnedAndDeletedAtOnce) {
+    open(450);
+    grid().chooseAll();
+    EXPECT_EQ(grid().selection().size(), 450);
+    child<PushButton>(u"Pin"_s)->click();
+    EXPECT_TRUE(waitUntil([&] { return sidebarTexts()[1] == u"Favorites 450"; }));
+    EXPECT_EQ(grid().selection().size(), 450);
+    child<PushButton>(u"Delete"_s)->click();
+    EXPECT_TRUE(lists({}));
+    EXPECT_EQ(sidebarTexts()[0], u"All Clips 0");
+    EXPECT_TRUE(child<PushButton>(u"Undo"_s)->isVisible()) << "over an empty list too";
+    m_view.reset();
+    m_rig.persistence.waitUntilIdle();
+    EXPECT_EQ(context().count({}).value(), 0);
+}
+
+TEST_F(Library, ADeletedPinboardComesBackWithItsClipsInTheirOrder) {
+    open(6);
+    const auto first = addBoard(u"First"_s);
+    auto board = addBoard(u"Work"_s, m_ids.mid(1, 3));
+    ASSERT_TRUE(board->move(2, 0));
+    ASSERT_TRUE(context().save());
+    const QList<QUuid> order = board->orderedClipIds().value();
+    m_view->showSection(LibrarySection::ofPinboard(board->id()));
+    EXPECT_EQ(m_view->clips().ids(), order);
+    Q_EMIT m_view->sidebar().deleteRequested(board->id());
+    EXPECT_EQ(sidebarTexts(), (QStringList{u"All Clips 6"_s, u"Favorites 0"_s, u"First 0"_s}));
+    EXPECT_EQ(m_view->sidebar().section(), LibrarySection()) << "back to what there is";
+    EXPECT_TRUE(lists(m_ids));
+    child<PushButton>(u"Undo"_s)->click();
+    ASSERT_EQ(sidebarTexts().value(3), u"Work 3");
+    m_view->showSection(m_view->sidebar().rows()[3]->content().section);
+    EXPECT_EQ(m_view->clips().ids(), order);
+}
+
+TEST_F(Library, PinboardsAreRenamedRecolouredAndBroughtIntoAnotherOrder) {
+    open(1);
+    const auto a = addBoard(u"A"_s);
+    const auto b = addBoard(u"B"_s);
+    const auto c = addBoard(u"C"_s);
+    m_view->showSection(LibrarySection::ofPinboard(c->id()));
+    press(m_view->sidebar(), Qt::Key_Up, Qt::AltModifier);
+    press(m_view->sidebar(), Qt::Key_Up, Qt::AltModifier);
+    press(m_view->sidebar(), Qt::Key_Up, Qt::AltModifier);
+    press(m_view->sidebar(), Qt::Key_Down, Qt::AltModifier);
+    EXPECT_EQ(sidebarTexts().mid(2), (QStringList{u"A 0"_s, u"C 0"_s, u"B 0"_s}));
+    EXPECT_EQ((QList{a->sortIndex(), c->sortIndex(), b->sortIndex()}), (QList<qint64>{0, 1, 2}));
+
+    RenamePinboardForm form(context(), a->id());
+    form.nameField().clear();
+    form.confirm();
+    EXPECT_EQ(sidebarTexts()[2], u"Untitled 0");
+
+    const std::vector<MenuEntry> menu = m_view->sidebar().menuOf(a->id());
+    const std::vector<MenuEntry>& colors = menu.at(1).submenu;
+    ASSERT_EQ(colors.size(), 9U);
+    EXPECT_EQ(std::ranges::count(colors, std::optional(true), &MenuEntry::check), 1);
+    EXPECT_EQ(colors[0].check, true);
+    colors[3].action();
+    EXPECT_EQ(m_view->sidebar().menuOf(a->id()).at(1).submenu[3].check, true);
+}
+
+TEST_F(Library, TheEditorSavesWhatHasAName) {
+    open(0);
+    PinboardEditor editor(context(), std::nullopt);
+    editor.nameField().setText(u"  \t"_s);
+    editor.confirm();
+    EXPECT_EQ(sidebarTexts().size(), 2);
+    editor.nameField().setText(u" Recipes "_s);
+    editor.setColor(QColor(0x6bcb77));
+    editor.confirm();
+    EXPECT_EQ(sidebarTexts().value(2), u"Recipes 0");
+    const auto board = groupsInOrder(context()).value()[0];
+    EXPECT_EQ(board->sortIndex(), 1);
+    EXPECT_EQ(board->colorHex(), u"#6BCB77");
+    PinboardEditor again(context(), board->id());
+    EXPECT_EQ(again.nameField().text(), u"Recipes");
+    again.nameField().setText(u"Meals"_s);
+    again.confirm();
+    EXPECT_EQ(sidebarTexts()[2], u"Meals 0");
+}
+
+TEST_F(Library, TheDetailPaneShowsAndChangesTheChosenClip) {
+    open(2);
+    const auto board = addBoard(u"Work"_s);
+    const auto clip = context().object<Clip>(m_ids[0]);
+    clip->setType(ClipType::Rtf);
+    clip->setAttributed("{\\rtf1 From the \\b document\\b0\\par}");
+    clip->setUrlString(u"https://example.org/"_s);
+    ASSERT_TRUE(context().save());
+    grid().choose(0);
+    auto* text = m_view->findChild<DetailTextView*>();
+    EXPECT_EQ(text->toPlainText(), u"clip 1") << "before the document was read";
+    EXPECT_TRUE(waitUntil([&] { return text->toPlainText().startsWith(u"From the document"); }));
+
+    child<MembershipChip>(u"Work"_s)->click();
+    EXPECT_EQ(memberCount(*board).value(), 1);
+    EXPECT_TRUE(child<MembershipChip>(u"Work"_s)->isChecked());
+    child<MembershipChip>(u"Work"_s)->click();
+    EXPECT_EQ(memberCount(*board).value(), 0);
+    child<PushButton>(u"Pin"_s)->click();
+    EXPECT_TRUE(clip->isPinned());
+    EXPECT_TRUE(waitUntil([&] { return sidebarTexts()[1] == u"Favorites 1"; }));
+
+    clip->setType(ClipType::Text);
+    ASSERT_TRUE(context().save());
+    child<PushButton>(u"Open Link"_s)->click();
+    EXPECT_EQ(m_rig.opened, QList{QUrl(u"https://example.org/"_s)});
+    context().remove(*clip);
+    ASSERT_TRUE(context().save());
+    EXPECT_EQ(grid().selectedClips(), QList{m_ids[1]});
+    EXPECT_EQ(text->toPlainText(), u"clip 0");
+}
+
+TEST(LibraryEmptyState, SaysWhyAndOffersAWayBack) {
+    const struct {
+        QString search;
+        std::optional<FilterType> filter;
+        QString title;
+        bool hasButton;
+    } rows[] = {{u""_s, std::nullopt, u"No clips yet"_s, false},
+                {u"x"_s, std::nullopt, u"No matching clips"_s, true},
+                {u""_s, FilterType::Pdf, u"No clips yet"_s, true}};
+    for (const auto& row : rows) {
+        const auto texts = libraryEmptyTexts(row.search, row.filter);
+        EXPECT_EQ(texts.title, row.title);
+        EXPECT_EQ(!texts.button.isEmpty(), row.hasButton);
+    }
+}
+
+TEST(LibraryColumns, WidthsAreKeptWithinTheirBounds) {
+    MemoryUserDefaults defaults;
+    EXPECT_EQ(storedColumnWidths(defaults), ColumnWidths());
+    storeColumnWidths(defaults, {.sidebar = 230, .detail = 10'000, .isDetailShown = false});
+    EXPECT_EQ(storedColumnWidths(defaults),
+              (ColumnWidths{.sidebar = 230, .detail = 600, .isDetailShown = false}));
+    defaults.setObject(u"libraryColumns"_s, u"nonsense"_s);
+    EXPECT_EQ(storedColumnWidths(defaults), ColumnWidths());
+}
+
+}  // namespace
+}  // namespace quillo::testing
