@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The popover and the plain library window: from the request to the rows painted.
+// The popover: from the request to the rows painted.
 #include <benchmark/benchmark.h>
 
 #include <QCoreApplication>
@@ -9,7 +9,6 @@
 
 #include "app/status/quick_clip_view.h"
 #include "bench_support.h"
-#include "library/window/library_list_view.h"
 
 using namespace Qt::StringLiterals;
 
@@ -85,17 +84,6 @@ void searchInPopover(benchmark::State& state) {
     state.counters["rows"] = rows;
 }
 BENCHMARK(searchInPopover)->Arg(1'000)->Arg(200'000)->Unit(benchmark::kMillisecond)->UseRealTime();
-
-void openLibrary(benchmark::State& state) {
-    Ready& ready = readyAt(state.range(0));
-    for (auto _ : state) {
-        LibraryListView view(ready.services());
-        view.resize(1000, 700);
-        waitForRows(view, [](int count) { return count > 0; });
-        benchmark::DoNotOptimize(view.grab());
-    }
-}
-BENCHMARK(openLibrary)->Arg(1'000)->Arg(200'000)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 }  // namespace
 }  // namespace quillo::bench

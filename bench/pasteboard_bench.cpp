@@ -24,7 +24,7 @@ PasteboardContents contentsOf(int64_t kind) {
         case Image:
             return {.image = *QtImageCodec().encodeJpeg(photo(), 0.85)};
         case File:
-            return {.fileUrl = QUrl(u"file:///home/person/report.pdf"_s)};
+            return {.fileUrls = {QUrl(u"file:///home/person/report.pdf"_s)}};
         default:
             return {.text = text};
     }

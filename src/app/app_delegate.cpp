@@ -2,14 +2,17 @@
 #include "app/app_delegate.h"
 
 #include <QCoreApplication>
+#include <QDesktopServices>
 #include <QTimer>
+#include <QUrl>
 #include <QWindow>
 #include <cstdlib>
 
 #include "app/settings/settings_view.h"
 #include "app/status/quick_clip_view.h"
 #include "base/logging.h"
-#include "library/window/library_list_view.h"
+#include "library/window/library_view.h"
+#include "platform/freedesktop/file_manager.h"
 #include "platform/freedesktop/json_user_defaults.h"
 #include "platform/thread_tick_timer.h"
 
@@ -153,23 +156,31 @@ std::unique_ptr<Popover> AppDelegate::makePopover() {
     });
 }
 
+std::unique_ptr<LibraryView> AppDelegate::makeLibrary() {
+    return std::make_unique<LibraryView>(LibraryServices{
+        *m_persistence, m_hotkeyManager->overlayController().search(), *m_pasteBack, *m_defaults,
+        *m_services.images, *m_services.richText, *m_services.thumbnails, *m_services.workspace,
+        m_clock, [](const QUrl& address) { QDesktopServices::openUrl(address); },
+        [](const QUrl& file) { showInFolder(file.toLocalFile()); }});
+}
+
 std::unique_ptr<ShellWindows> AppDelegate::makeShellWindows() {
     return std::make_unique<ShellWindows>(
         *m_defaults,
-        ShellWindows::Parts{
-            .makeSettings =
-                [this] {
-                    return std::make_unique<SettingsView>(SettingsServices{
-                        *m_defaults, *m_persistence, *m_pasteboardWatcher, *m_hotkeyManager,
-                        *m_colorManager, *m_themeManager, *m_captureSounds, *m_services.loginItem});
-                },
-            .makeLibrary = [this] { return std::make_unique<LibraryListView>(clipListServices()); },
-            .bringToFront =
-                [this](QWindow& window) {
-                    RunningApplication ours;
-                    ours.windowId = quint32(window.winId());
-                    m_services.workspace->activate(ours);
-                }});
+        ShellWindows::Parts{.makeSettings =
+                                [this] {
+                                    return std::make_unique<SettingsView>(SettingsServices{
+                                        *m_defaults, *m_persistence, *m_pasteboardWatcher,
+                                        *m_hotkeyManager, *m_colorManager, *m_themeManager,
+                                        *m_captureSounds, *m_services.loginItem});
+                                },
+                            .makeLibrary = [this] { return makeLibrary(); },
+                            .bringToFront =
+                                [this](QWindow& window) {
+                                    RunningApplication ours;
+                                    ours.windowId = quint32(window.winId());
+                                    m_services.workspace->activate(ours);
+                                }});
 }
 
 std::unique_ptr<StatusBarController> AppDelegate::makeStatusBarController() {

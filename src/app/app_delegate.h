@@ -26,6 +26,8 @@
 
 namespace quillo {
 
+class LibraryView;
+
 /// Creates the long-lived owners in order, holds them for the life of the process, and ends them
 /// in the reverse order, after everything that was captured is stored. Main thread.
 class AppDelegate final {
@@ -50,6 +52,7 @@ private:
     [[nodiscard]] std::unique_ptr<HotkeyManager> makeHotkeyManager();
     [[nodiscard]] std::unique_ptr<OverlayPanelController> makeOverlayController();
     [[nodiscard]] std::unique_ptr<Popover> makePopover();
+    [[nodiscard]] std::unique_ptr<LibraryView> makeLibrary();
     [[nodiscard]] std::unique_ptr<ShellWindows> makeShellWindows();
     [[nodiscard]] std::unique_ptr<StatusBarController> makeStatusBarController();
     [[nodiscard]] ClipListServices clipListServices();

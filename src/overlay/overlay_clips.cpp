@@ -5,7 +5,6 @@
 
 #include "base/logging.h"
 #include "model/pinboard.h"
-#include "paste/text_transformation_service.h"
 
 using namespace Qt::StringLiterals;
 
@@ -43,9 +42,10 @@ OverlayClips::OverlayClips(PersistenceController& persistence, Workspace& worksp
                            QObject* parent)
     : QObject(parent),
       m_persistence(persistence),
-      m_workspace(workspace),
-      m_search(persistence, {.folding = caseFoldingFor(QLocale()),
-                             .sourceName = [this](const QString& id) { return sourceName(id); }}) {
+      m_sourceNames(workspace),
+      m_search(persistence,
+               {.folding = caseFoldingFor(QLocale()),
+                .sourceName = [this](const QString& id) { return m_sourceNames.of(id); }}) {
     connect(&m_persistence.viewContext(), &ObjectContext::changed, this,
             &OverlayClips::storeChanged);
     connect(&m_search, &ClipSearch::contentsChanged, this, &OverlayClips::searchAgain);
@@ -205,7 +205,7 @@ void OverlayClips::show(QList<std::shared_ptr<Clip>> clips) {
     const std::shared_ptr<Pinboard> chosen = group();
     for (const std::shared_ptr<Clip>& clip : std::as_const(m_clips)) {
         CardContent card =
-            cardContentFor(*clip, sourceName(clip->sourceBundleId().value_or(u""_s)));
+            cardContentFor(*clip, m_sourceNames.of(clip->sourceBundleId().value_or(u""_s)));
         // Within a group its own pins count.
         card.isPinned = chosen ? chosen->isPinned(clip->id()) : card.isPinned;
         m_cards.append(std::move(card));
@@ -238,30 +238,6 @@ EmptyState OverlayClips::emptyState() const {
         groupTitle = chosen ? chosen->title().value_or(u""_s) : u""_s;
     }
     return emptyStateFor(m_criteria.searchText, m_criteria.typeFilter, groupTitle);
-}
-
-QString OverlayClips::sourceName(const QString& identifier) {
-    if (identifier.isEmpty()) {
-        return {};
-    }
-    const auto known = m_sourceNames.constFind(identifier);
-    if (known != m_sourceNames.cend()) {
-        return *known;
-    }
-    const QString name = sourceNameFor(identifier, m_workspace.installedApplication(identifier));
-    m_sourceNames.insert(identifier, name);
-    return name;
-}
-
-QString sourceNameFor(const QString& bundleIdentifier,
-                      const std::optional<InstalledApplication>& application) {
-    if (application && !application->name.isEmpty()) {
-        return application->name;
-    }
-    const QStringList parts = bundleIdentifier.split(u'.', Qt::SkipEmptyParts);
-    return parts.isEmpty() ? QString()
-                           : TextTransformationService::shared().apply(
-                                 TextTransformation::TitleCase, parts.constLast());
 }
 
 }  // namespace quillo

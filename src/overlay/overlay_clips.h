@@ -7,11 +7,11 @@
 #include <memory>
 
 #include "library/thumbnails/card_content.h"
+#include "library/thumbnails/source_names.h"
 #include "model/clip.h"
 #include "model/persistence_controller.h"
 #include "model/search/clip_search.h"
 #include "overlay/empty_state.h"
-#include "platform/workspace.h"
 
 namespace quillo {
 
@@ -87,7 +87,6 @@ Q_SIGNALS:
 private:
     void loadGroup();
     void groupChanged(const ChangeSet& changes);
-    [[nodiscard]] QString sourceName(const QString& identifier);
     void storeChanged(const ChangeSet& changes);
     void searchAgain();
     void showWholeHistory();
@@ -96,8 +95,7 @@ private:
     void show(QList<std::shared_ptr<Clip>> clips);
 
     PersistenceController& m_persistence;
-    Workspace& m_workspace;
-    QHash<QString, QString> m_sourceNames;
+    SourceNames m_sourceNames;
     ClipSearch m_search;
     ClipCriteria m_criteria;
     std::optional<QUuid> m_groupFilter;
@@ -109,10 +107,5 @@ private:
     qsizetype m_total = 0;
     bool m_isPending = false;
 };
-
-/// What a program is called: its desktop entry's name, else the identifier's last part with each
-/// word's first letter in upper case; empty for an identifier without parts.
-[[nodiscard]] QString sourceNameFor(const QString& bundleIdentifier,
-                                    const std::optional<InstalledApplication>& application);
 
 }  // namespace quillo

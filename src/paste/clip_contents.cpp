@@ -18,10 +18,10 @@ bool isHtml(const QByteArray& document) {
     return QUtf8StringView(document).isValidUtf8();
 }
 
-std::optional<QUrl> fileUrlOf(const Clip& clip) {
+QList<QUrl> fileUrlsOf(const Clip& clip) {
     const std::optional<QString> text = clip.urlString();
     const QUrl url = text ? QUrl(*text, QUrl::StrictMode) : QUrl();
-    return url.isValid() && !url.scheme().isEmpty() ? std::optional(url) : std::nullopt;
+    return url.isValid() && !url.scheme().isEmpty() ? QList<QUrl>{url} : QList<QUrl>();
 }
 
 void addPlainText(PasteboardContents& contents, const Clip& clip) {
@@ -39,7 +39,7 @@ PasteboardContents contentsByKind(const Clip& clip, const ContentReaders& reader
             contents.image = image;
         }
     } else if (type == ClipType::FileUrl) {
-        contents.fileUrl = fileUrlOf(clip);
+        contents.fileUrls = fileUrlsOf(clip);
     } else if (type == ClipType::Rtf || type == ClipType::Html) {
         const std::optional<QByteArray> document = clip.attributed();
         if (document && type == ClipType::Rtf && isRtf(readers.richText, *document)) {
@@ -72,7 +72,7 @@ PasteboardContents contentsForDetailCopy(const Clip& clip) {
         return contents;
     }
     if (type == ClipType::FileUrl) {
-        contents.fileUrl = fileUrlOf(clip);
+        contents.fileUrls = fileUrlsOf(clip);
         return contents;
     }
     if (type == ClipType::Rtf) {
@@ -86,13 +86,19 @@ PasteboardContents contentsForDetailCopy(const Clip& clip) {
 
 PasteboardContents contentsTogether(const QList<std::shared_ptr<Clip>>& clips) {
     QStringList texts;
+    QList<QUrl> files;
     for (const std::shared_ptr<Clip>& clip : clips) {
+        if (clip->type() == ClipType::FileUrl) {
+            files.append(fileUrlsOf(*clip));
+        }
         if (const std::optional<QString> text = transformableText(*clip)) {
             texts.append(*text);
         }
     }
     PasteboardContents contents;
-    if (!texts.isEmpty()) {
+    if (files.size() == clips.size()) {
+        contents.fileUrls = files;
+    } else if (!texts.isEmpty()) {
         contents.text = texts.join(u'\n');
     }
     return contents;

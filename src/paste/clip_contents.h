@@ -28,8 +28,8 @@ struct ContentReaders {
 /// What the detail view's copy button copies: the stored document as it is, and its text.
 [[nodiscard]] PasteboardContents contentsForDetailCopy(const Clip& clip);
 
-/// What several clips copy together: their texts and addresses, one below the other; one that has
-/// neither is left out.
+/// What several clips copy together: files where all of them are files; else their texts and
+/// addresses, one below the other, and one that has neither is left out.
 [[nodiscard]] PasteboardContents contentsTogether(const QList<std::shared_ptr<Clip>>& clips);
 
 /// The text that a transformation is applied to: the clip's text, else its address; none when it

@@ -50,6 +50,11 @@ std::unique_ptr<QMimeData> PasteBack::dragData(const Clip& clip) const {
     return mimeDataFor(contentsByKind(clip, readers), {readers.richText, readers.images});
 }
 
+std::unique_ptr<QMimeData> PasteBack::dragData(const QList<std::shared_ptr<Clip>>& clips) const {
+    const ContentReaders& readers = m_services.readers;
+    return mimeDataFor(contentsTogether(clips), {readers.richText, readers.images});
+}
+
 void PasteBack::copyTransformed(const Clip& clip, TextTransformation transformation) {
     if (const std::optional<QString> text = transformableText(clip)) {
         PasteboardContents contents;

@@ -51,12 +51,15 @@ public:
     /// The detail view's copy button.
     void copyInDetail(const Clip& clip);
 
-    /// The texts of several clips of the library.
+    /// Several clips of the library.
     void copyTogether(const QList<std::shared_ptr<Clip>>& clips);
 
     /// What dragging the clip into another program gives it, in the clip's own kind. The services
     /// must outlive the data.
     [[nodiscard]] std::unique_ptr<QMimeData> dragData(const Clip& clip) const;
+    /// The same of several.
+    [[nodiscard]] std::unique_ptr<QMimeData> dragData(
+        const QList<std::shared_ptr<Clip>>& clips) const;
 
     /// The clip's text transformed, for the detail view's transformation buttons; nothing happens,
     /// and the pasteboard stays as it is, when the clip has neither a text nor an address.

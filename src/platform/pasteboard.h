@@ -57,7 +57,7 @@ struct PasteboardContents {
     std::optional<QByteArray> rtf{};    ///< Offered under the three names of RTF.
     std::optional<QByteArray> html{};   ///< UTF-8.
     std::optional<QByteArray> image{};  ///< Offered under its true type, and as PNG.
-    std::optional<QUrl> fileUrl{};
+    QList<QUrl> fileUrls{};
 };
 
 enum class PasteboardChange {

@@ -118,11 +118,24 @@ void addImage(PasteboardOffers& list, const QByteArray& image, const ImageCodec&
     }
 }
 
-void addFile(PasteboardOffers& list, const QUrl& url) {
-    const QByteArray address = url.toEncoded();
-    add(list, "text/uri-list", ready("text/uri-list", address + "\r\n"));
-    add(list, "x-special/gnome-copied-files",
-        ready("x-special/gnome-copied-files", "copy\n" + address));
+void addFiles(PasteboardOffers& list, const QList<QUrl>& files) {
+    QByteArray lines;
+    QByteArray copied = "copy";
+    for (const QUrl& file : files) {
+        const QByteArray address = file.toEncoded();
+        lines += address + "\r\n";
+        copied += '\n' + address;
+    }
+    add(list, "text/uri-list", ready("text/uri-list", lines));
+    add(list, "x-special/gnome-copied-files", ready("x-special/gnome-copied-files", copied));
+}
+
+QString pathsOf(const QList<QUrl>& files) {
+    QStringList paths;
+    for (const QUrl& file : files) {
+        paths.append(file.toLocalFile());
+    }
+    return paths.join(u'\n');
 }
 
 PasteboardOffers markerAlone() {
@@ -189,9 +202,9 @@ PasteboardOffers offersFor(const PasteboardContents& contents,
     if (contents.image) {
         addImage(list, *contents.image, converters.images);
     }
-    if (contents.fileUrl) {
-        addFile(list, *contents.fileUrl);
-        text = text ? text : given(contents.fileUrl->toLocalFile());
+    if (!contents.fileUrls.isEmpty()) {
+        addFiles(list, contents.fileUrls);
+        text = text ? text : given(pathsOf(contents.fileUrls));
     }
     if (text) {
         addText(list, text);

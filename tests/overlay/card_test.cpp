@@ -6,7 +6,8 @@
 
 #include "appearance/symbols.h"
 #include "library/thumbnails/card_painter.h"
-#include "overlay/overlay_clips.h"
+#include "library/thumbnails/source_names.h"
+#include "overlay/empty_state.h"
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;

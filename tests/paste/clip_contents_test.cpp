@@ -30,8 +30,8 @@ QByteArray summary(const PasteboardContents& contents) {
     if (contents.image) {
         parts += "image:" + QByteArray::number(contents.image->size());
     }
-    if (contents.fileUrl) {
-        parts += "file:" + contents.fileUrl->toEncoded();
+    for (const QUrl& file : contents.fileUrls) {
+        parts += "file:" + file.toEncoded();
     }
     return parts.join(' ');
 }
@@ -99,6 +99,21 @@ TEST_F(ClipContents, EachVariantCopiesWhatTheClipHasAndNothingBroken) {
         EXPECT_EQ(summary(contentsForQuickCopy(*clip)), row.quick) << row.name;
         EXPECT_EQ(summary(contentsForDetailCopy(*clip)), row.inDetail) << row.name;
     }
+}
+
+TEST_F(ClipContents, SeveralAreFilesOnlyWhereAllAreFiles) {
+    ObjectContext& context = m_persistence.viewContext();
+    const auto words = Clip::create(context, m_clock.now());
+    words->setPlaintext(u"words"_s);
+    QList<std::shared_ptr<Clip>> clips;
+    for (const QString& address : {u"file:///tmp/a"_s, u"file:///tmp/b"_s}) {
+        clips.append(Clip::create(context, m_clock.now()));
+        clips.constLast()->setType(ClipType::FileUrl);
+        clips.constLast()->setUrlString(address);
+    }
+    EXPECT_EQ(summary(contentsTogether(clips)), "file:file:///tmp/a file:file:///tmp/b");
+    clips.append(words);
+    EXPECT_EQ(summary(contentsTogether(clips)), "text:file:///tmp/a\nfile:///tmp/b\nwords");
 }
 
 TEST(PasteTarget, TheKeysFollowTheProgram) {

@@ -79,7 +79,7 @@ TEST(PasteboardFormats, OffersEachKindUnderItsNamesTheMarkerFirst) {
         {"JPEG", {.image = "\xff\xd8 jpeg"}, {"image/jpeg", "image/png"}, {}},
         {"an image that is none", {.image = "?"}, {}, {}},
         {"a file",
-         {.fileUrl = file},
+         {.fileUrls = {file}},
          QList<QByteArray>{"text/uri-list", "x-special/gnome-copied-files"} + kTexts,
          "/tmp/a b"},
         {"nothing", {}, {}, {}},
@@ -109,9 +109,12 @@ TEST(PasteboardFormats, ConvertsOnlyWhatIsAskedForAndOnce) {
 
 TEST(PasteboardFormats, GivesFilesAndStringsAsOtherProgramsExpectThem) {
     const CountingConverters converters;
-    const auto file = offersFor({.fileUrl = QUrl(u"file:///tmp/%C3%BC"_s)}, converters.both());
-    EXPECT_EQ(replyOf(file, "text/uri-list")->bytes, "file:///tmp/%C3%BC\r\n");
-    EXPECT_EQ(replyOf(file, "x-special/gnome-copied-files")->bytes, "copy\nfile:///tmp/%C3%BC");
+    const QList<QUrl> two{QUrl(u"file:///tmp/%C3%BC"_s), QUrl(u"file:///b"_s)};
+    const auto files = offersFor({.fileUrls = two}, converters.both());
+    EXPECT_EQ(replyOf(files, "text/uri-list")->bytes, "file:///tmp/%C3%BC\r\nfile:///b\r\n");
+    EXPECT_EQ(replyOf(files, "x-special/gnome-copied-files")->bytes,
+              "copy\nfile:///tmp/%C3%BC\nfile:///b");
+    EXPECT_EQ(replyOf(files, "UTF8_STRING")->bytes, "/tmp/\xc3\xbc\n/b");
     const auto latin = offersFor({.text = u"ü"_s}, converters.both());
     EXPECT_EQ(replyOf(latin, "STRING")->type, "STRING");
     EXPECT_EQ(replyOf(latin, "STRING")->bytes, "\xfc");

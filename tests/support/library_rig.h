@@ -22,15 +22,10 @@ struct LibraryRig {
         : clock(now), persistence(std::move(options)) {}
 
     [[nodiscard]] std::unique_ptr<LibraryView> makeView() {
-        return std::make_unique<LibraryView>(
-            LibraryServices{persistence, search, pasteBack, defaults, images, documents, thumbnails,
-                            workspace, clock,
-                            [this](const QString& id) {
-                                const auto program = workspace.installedApplication(id);
-                                return program ? program->name : id;
-                            },
-                            [this](const QUrl& address) { opened.append(address); },
-                            [this](const QUrl& address) { shown.append(address); }});
+        return std::make_unique<LibraryView>(LibraryServices{
+            persistence, search, pasteBack, defaults, images, documents, thumbnails, workspace,
+            clock, [this](const QUrl& address) { opened.append(address); },
+            [this](const QUrl& address) { shown.append(address); }});
     }
 
     [[nodiscard]] QByteArray pasteboardText() {

@@ -4,8 +4,8 @@
 #include <QStandardPaths>
 #include <utility>
 
-#include "app/updates/file_manager.h"
 #include "app/updates/update_window.h"
+#include "platform/freedesktop/file_manager.h"
 
 using namespace Qt::StringLiterals;
 

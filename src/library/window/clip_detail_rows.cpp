@@ -47,6 +47,7 @@ void clearLayout(QLayout& layout) {
 void ClipDetail::showPin(bool isPinned) {
     m_isPinned = isPinned;
     m_pin->setText(isPinned ? u"Unpin"_s : u"Pin"_s);
+    m_pin->setAccessibleName(m_pin->text());
     m_pin->setSymbol(isPinned ? u"pin.slash"_s : u"pin"_s);
     setTightWidth(*m_pin);
     m_pin->setToolTip(isPinned ? u"Take out of the favorites"_s : u"Keep among the favorites"_s);

@@ -83,7 +83,6 @@ void DetailContentBox::setClip(const Clip& clip) {
     m_image->setVisible(isPicture || (!isAnother && m_image->isVisibleTo(this)));
     const std::optional<QColor> color = clip.detectedColor();
     m_swatch->setVisible(color.has_value());
-    m_text->setLeastHeight(color ? kLineHeight : DetailTextView::kLeastHeight);
     QPalette palette = m_swatch->palette();
     palette.setColor(QPalette::Window, color.value_or(QColor(Qt::transparent)));
     m_swatch->setPalette(palette);
@@ -99,6 +98,8 @@ void DetailContentBox::setClip(const Clip& clip) {
         m_text->setText({clip.plaintext().value_or(clip.displayText()), {}});
     }
     showAddress(clip);
+    const bool hasMoreBelow = color || !m_open->isHidden();
+    m_text->setLeastHeight(hasMoreBelow ? kLineHeight : DetailTextView::kLeastHeight);
 }
 
 void DetailContentBox::showAddress(const Clip& clip) {
@@ -106,9 +107,11 @@ void DetailContentBox::showAddress(const Clip& clip) {
     const bool isFile = m_kind == ClipType::FileUrl && m_address.isLocalFile();
     const bool isLink = m_kind == ClipType::Text && isOpenable(m_address);
     m_open->setText(isFile ? u"Show in File Manager"_s : u"Open Link"_s);
+    m_open->setAccessibleName(m_open->text());
     m_open->setSymbol(isFile ? u"folder"_s : u"arrow.up.right"_s);
     m_open->setToolTip(m_address.toDisplayString(QUrl::PreferLocalFile));
     m_open->setVisible(isFile || isLink);
+    layout()->setAlignment(m_open, isFile ? Qt::AlignHCenter : Qt::AlignLeft);
 }
 
 void DetailContentBox::setLoaded(const DetailContent& content) {

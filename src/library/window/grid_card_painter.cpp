@@ -64,7 +64,10 @@ void GridCardPainter::setLook(const LibraryLook& look) {
 }
 
 CardContent GridCardPainter::asked(CardContent card) {
-    if (card.preview != CardPreview::Image && card.preview != CardPreview::File) {
+    const bool hasPicture = card.preview == CardPreview::Image || card.preview == CardPreview::File;
+    // The stored text of a page lacks the line breaks that the page has.
+    const bool isPage = card.preview == CardPreview::RichText && card.kind == ClipType::Html;
+    if (!hasPicture && !isPage) {
         card.preview = CardPreview::Text;
     }
     return card;
@@ -155,8 +158,9 @@ void GridCardPainter::paintFilePicture(const Face& face, const QRect& place) con
 void GridCardPainter::paintText(const Face& face) {
     // Beside the badge, which stands in the corner, no text.
     const QRect text = face.body().adjusted(kMargin, 9, -kMargin - kBadgeSide - 4, -4);
-    const TextBlock& block =
-        m_texts.block({face.card.clip, CardFont::Age, face.card.body, text.size(), nullptr});
+    const auto& page = face.state.picture.richText;
+    const TextBlock& block = m_texts.block(
+        {face.card.clip, CardFont::Age, page ? page->text : face.card.body, text.size(), nullptr});
     block.draw(face.painter, text.topLeft(), m_look.primaryText);
 }
 

@@ -39,7 +39,7 @@ public:
     /// What stands for a card that is not read yet.
     void paintBlank(QPainter& painter, const QRect& area) const;
 
-    /// The card as CardPictures is to be asked for it: without pictures that are not shown here.
+    /// The card as CardPictures is to be asked for it: without what is not shown here.
     [[nodiscard]] static CardContent asked(CardContent card);
     /// The size that CardPictures is to be given: the same for cards of every width.
     [[nodiscard]] static QSize askedSize();

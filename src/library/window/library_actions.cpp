@@ -2,6 +2,7 @@
 #include "library/window/library_actions.h"
 
 #include <QCoreApplication>
+#include <QMimeData>
 #include <QPointer>
 #include <algorithm>
 #include <utility>
@@ -109,9 +110,12 @@ void LibraryActions::copy(const QList<QUuid>& clips) {
     }
 }
 
-QString LibraryActions::textsOf(const QList<QUuid>& clips) const {
+std::unique_ptr<QMimeData> LibraryActions::dragData(const QList<QUuid>& clips) const {
     const auto some = fetch(clips.first(std::min(clips.size(), kMostCopied)));
-    return contentsTogether(some).text.value_or(QString());
+    if (some.isEmpty()) {
+        return nullptr;
+    }
+    return some.size() == 1 ? m_pasteBack.dragData(*some.constFirst()) : m_pasteBack.dragData(some);
 }
 
 void LibraryActions::copyCard(const QUuid& clip) {

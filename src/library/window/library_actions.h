@@ -6,10 +6,13 @@
 #include <QTimer>
 #include <chrono>
 #include <functional>
+#include <memory>
 
 #include "library/groups/group_list.h"
 #include "model/persistence_controller.h"
 #include "paste/paste_back.h"
+
+class QMimeData;
 
 namespace quillo {
 
@@ -32,8 +35,8 @@ public:
 
     /// One clip in full, as the detail pane copies it; the texts of several.
     void copy(const QList<QUuid>& clips);
-    /// What several clips give together; empty when none of them has a text or an address.
-    [[nodiscard]] QString textsOf(const QList<QUuid>& clips) const;
+    /// What dragging the clips gives another program; null when they are gone.
+    [[nodiscard]] std::unique_ptr<QMimeData> dragData(const QList<QUuid>& clips) const;
     /// What a card's menu copies: the image, else the text, else the address.
     void copyCard(const QUuid& clip);
     void copyTransformed(const QUuid& clip, TextTransformation transformation);

@@ -64,6 +64,10 @@ LibraryColumns::LibraryColumns(UserDefaults& defaults, QWidget* sidebar, QWidget
     addWidget(sidebar);
     addWidget(content);
     addWidget(detail);
+    // Screen readers read them in the order in which they are stacked.
+    for (QWidget* column : {detail, content, sidebar}) {
+        column->lower();
+    }
     sidebar->setMinimumWidth(kLeastSidebar);
     sidebar->setMaximumWidth(kMostSidebar);
     content->setMinimumWidth(kLeastContent);

@@ -44,9 +44,11 @@ LibraryEmptyState::Texts libraryEmptyTexts(const QString& searchText,
 LibraryView::LibraryView(LibraryServices services, QWidget* parent)
     : QWidget(parent),
       m_services(std::move(services)),
+      m_sourceNames(m_services.workspace),
       m_groups(m_services.persistence.viewContext()),
       m_sections(m_groups),
-      m_clips(m_services.persistence, m_services.sharedSearch, m_services.sourceName),
+      m_clips(m_services.persistence, m_services.sharedSearch,
+              [this](const QString& id) { return m_sourceNames.of(id); }),
       m_pictures({m_services.images, m_services.documents, m_services.thumbnails,
                   m_services.workspace, storedBytesLoader(m_services.persistence)}),
       m_loader(
@@ -62,7 +64,7 @@ LibraryView::LibraryView(LibraryServices services, QWidget* parent)
       m_grid(new ClipGrid(m_clips, m_pictures, m_services.clock)),
       m_empty(new LibraryEmptyState({})),
       m_detail(new ClipDetail({m_services.persistence.viewContext(), m_groups, m_loader,
-                               m_services.sourceName,
+                               [this](const QString& id) { return m_sourceNames.of(id); },
                                [this](const Clip& clip) { return sourceIcon(clip); }})),
       m_columns(new LibraryColumns(m_services.defaults, m_sidebar, makeContent(), m_detail)),
       m_notice(new NoticeBar(m_stack->parentWidget())) {
@@ -77,7 +79,7 @@ LibraryView::LibraryView(LibraryServices services, QWidget* parent)
     applyLook();
     sectionsChanged();
     listChanged();
-    m_grid->setFocus();
+    setFocusProxy(m_grid);
 }
 
 // The widgets use what the members are.
@@ -267,8 +269,8 @@ void LibraryView::storeChanged(const ChangeSet& changes) {
 }
 
 QPixmap LibraryView::sourceIcon(const Clip& clip) {
-    const CardContent card = cardContentFor(
-        clip, clip.sourceBundleId().transform(m_services.sourceName).value_or(u""_s));
+    const CardContent card =
+        cardContentFor(clip, m_sourceNames.of(clip.sourceBundleId().value_or(QString())));
     return m_pictures
         .picture(GridCardPainter::asked(card), GridCardPainter::askedSize(), devicePixelRatioF())
         .sourceIcon;

@@ -7,6 +7,7 @@
 #include "library/groups/group_list.h"
 #include "library/groups/panel_tips.h"
 #include "library/thumbnails/card_pictures.h"
+#include "library/thumbnails/source_names.h"
 #include "library/window/clip_detail.h"
 #include "library/window/clip_grid.h"
 #include "library/window/library_actions.h"
@@ -34,7 +35,6 @@ struct LibraryServices {
     ThumbnailService& thumbnails;
     Workspace& workspace;
     const Clock& clock;
-    LibraryClips::SourceName sourceName;
     std::function<void(const QUrl&)> openLink;  ///< In the person's browser.
     std::function<void(const QUrl&)> showFile;  ///< In the person's file manager.
 };
@@ -84,6 +84,7 @@ private:
     void storeChanged(const ChangeSet& changes);
 
     LibraryServices m_services;
+    SourceNames m_sourceNames;
     GroupList m_groups;
     LibrarySections m_sections;
     LibraryClips m_clips;

@@ -129,19 +129,10 @@ void LibraryView::takeDrop(const LibrarySection& section, const QUuid& clip) {
 }
 
 std::unique_ptr<QMimeData> LibraryView::dragData(const QList<QUuid>& clips) const {
-    ObjectContext& context = m_services.persistence.viewContext();
-    const auto first = context.object<Clip>(clips.value(0));
-    if (first == nullptr) {
-        return nullptr;
+    std::unique_ptr<QMimeData> carried = m_actions.dragData(clips);
+    if (carried != nullptr) {
+        setClipOfDrag(*carried, clips[0]);
     }
-    std::unique_ptr<QMimeData> carried;
-    if (clips.size() == 1) {
-        carried = m_services.pasteBack.dragData(*first);
-    } else {
-        carried = std::make_unique<QMimeData>();
-        carried->setText(m_actions.textsOf(clips));
-    }
-    setClipOfDrag(*carried, clips[0]);
     return carried;
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "app/updates/file_manager.h"
+#include "platform/freedesktop/file_manager.h"
 
 #include <QCoreApplication>
 #include <QDBusConnection>
