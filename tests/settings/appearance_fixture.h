@@ -9,8 +9,8 @@
 #include <QVBoxLayout>
 
 #include "app/settings/appearance_page.h"
-#include "app/settings/sheet.h"
 #include "appearance/clip_type_color_manager.h"
+#include "library/groups/sheet.h"
 #include "library/groups/swatch.h"
 #include "library/groups/swatch_row.h"
 #include "model/persistence_controller.h"

@@ -2,9 +2,9 @@
 // The groups on the page: listed, made, edited and deleted.
 #include "app/settings/group_management_list.h"
 #include "app/settings/group_management_row.h"
-#include "app/settings/settings_label.h"
 #include "app/settings/symbol_button.h"
 #include "library/groups/form_controls.h"
+#include "library/groups/form_label.h"
 #include "model/clip.h"
 #include "model/groups.h"
 #include "settings/appearance_fixture.h"

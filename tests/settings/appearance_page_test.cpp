@@ -275,7 +275,7 @@ TEST_F(AppearancePage, ThePlaceIsThePanelsAndNothingWithoutOne) {
     open();
     auto* section = window.findChild<QWidget*>(u"PositionSection"_s);
     const auto isSaid = [section](const QString& text) {
-        return std::ranges::any_of(section->findChildren<SettingsLabel*>(), [&](const auto* label) {
+        return std::ranges::any_of(section->findChildren<FormLabel*>(), [&](const auto* label) {
             return label->isVisibleTo(section) && label->text() == text;
         });
     };

@@ -77,7 +77,7 @@ SettingsRow* newOpacityRow(Manager& manager, const Opacity& opacity) {
     const ValueSlider::Range range{.least = PanelLook::kLeastOpacity, .greatest = 1, .step = 0.05};
     auto* slider = new ValueSlider(opacity.title, range);
     slider->setFixedWidth(slider->sizeHint().width());
-    auto* percent = new SettingsLabel(SettingsLabel::Style::Text);
+    auto* percent = new FormLabel(FormLabel::Style::Text);
     percent->setForegroundRole(QPalette::PlaceholderText);
     percent->setFixedWidth(kPercentWidth);
     percent->setAlignment(Qt::AlignRight | Qt::AlignVCenter);

@@ -55,7 +55,7 @@ SettingsSection* sensitiveFilters() {
          {"Authorization headers"_L1, "network.badge.shield.half.filled"_L1}}};
     for (const auto& [text, symbol] : kFilters) {
         auto* row = new SettingsRow({.title = text, .symbol = symbol});
-        row->title().setStyle(SettingsLabel::Style::Text);
+        row->title().setStyle(FormLabel::Style::Text);
         row->addControl(new SymbolLabel(u"checkmark.circle.fill"_s, kSmallSymbol + 2,
                                         SymbolLabel::Ink::Success));
         section->addRow(row);
@@ -82,7 +82,7 @@ SettingsRow* CapturePage::limitRow() {
     auto* row = new SettingsRow({.title = u"History Limits"_s,
                                  .caption = u"Maximum number of clips to keep"_s,
                                  .symbol = u"clock.arrow.circlepath"_s});
-    auto* value = new SettingsLabel(SettingsLabel::Style::Text);
+    auto* value = new FormLabel(FormLabel::Style::Text);
     row->addControl(value);
     auto* presets = new SegmentedControl(u"Maximum number of clips to keep"_s,
                                          SegmentedControl::Arrows::MoveOnly);
@@ -91,8 +91,8 @@ SettingsRow* CapturePage::limitRow() {
                             limit > 0 ? QString() : u"infinity"_s);
     }
     row->addFullWidth(presets);
-    row->addFullWidth(new SettingsLabel(
-        SettingsLabel::Style::Caption,
+    row->addFullWidth(new FormLabel(
+        FormLabel::Style::Caption,
         u"With each copy the oldest clips beyond the limit go. Pinned and grouped clips count, "
         "and can go too."_s));
     UserDefaults& defaults = m_services.defaults;
@@ -143,7 +143,7 @@ QWidget* CapturePage::volumeLine() {
     row->setContentsMargins(SettingsRow::kSymbolColumn, 0, 0, 0);
     auto* slider = new ValueSlider(u"Volume"_s, {});
     slider->setToolTip(u"Volume of the capture sound"_s);
-    auto* percent = new SettingsLabel(SettingsLabel::Style::Text);
+    auto* percent = new FormLabel(FormLabel::Style::Text);
     percent->setFixedWidth(kPercentWidth);
     percent->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     auto* preview = new PushButton(PushButton::Style::Plain, u"Preview"_s);

@@ -1,15 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "app/settings/color_well.h"
 
-#include <QKeyEvent>
 #include <QPainter>
 #include <QVBoxLayout>
 
-#include "app/settings/settings_label.h"
 #include "app/settings/settings_look.h"
 #include "base/color_text.h"
 #include "library/groups/color_picker.h"
 #include "library/groups/form_controls.h"
+#include "library/groups/form_label.h"
 #include "library/groups/swatch_row.h"
 
 namespace quillo {
@@ -18,21 +17,6 @@ namespace {
 constexpr QSize kSize(40, 22);
 constexpr qreal kRadius = 6;
 constexpr int kSheetWidth = 250;
-
-/// Return closes it as Escape does: what is chosen holds at once.
-class ColorSheet final : public Sheet {
-public:
-    using Sheet::Sheet;
-
-protected:
-    void keyPressEvent(QKeyEvent* event) override {
-        if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-            closeSheet();
-        } else {
-            Sheet::keyPressEvent(event);
-        }
-    }
-};
 
 }  // namespace
 
@@ -64,14 +48,14 @@ void ColorWell::setColor(const QColor& color) {
 }
 
 void ColorWell::openSheet() {
-    auto* sheet = new ColorSheet(this);
+    auto* sheet = new Sheet(this, settingsControls);
     sheet->setAccessibleName(accessibleName());
     auto* content = new QWidget;
     content->setFixedWidth(kSheetWidth);
     auto* column = new QVBoxLayout(content);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(12);
-    column->addWidget(new SettingsLabel(SettingsLabel::Style::Title, accessibleName()));
+    column->addWidget(new FormLabel(FormLabel::Style::Title, accessibleName()));
     m_swatches = new SwatchRow;
     m_picker = new ColorPicker;
     auto* done = new PushButton(PushButton::Style::Default, QStringLiteral("Done"));

@@ -3,8 +3,8 @@
 
 #include <QColor>
 
-#include "app/settings/sheet.h"
 #include "library/groups/panel_button.h"
+#include "library/groups/sheet.h"
 
 namespace quillo {
 

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "app/settings/delete_history_setting.h"
 
-#include "app/settings/alert.h"
+#include "app/settings/settings_look.h"
+#include "library/groups/alert.h"
 #include "library/groups/form_controls.h"
 #include "model/history_deletion.h"
 
@@ -21,7 +22,7 @@ DeleteHistorySetting::DeleteHistorySetting(const SettingsServices& services, Set
       m_persistence(services.persistence),
       m_row(row),
       m_button(new PushButton(PushButton::Style::Destructive, u"Delete All"_s)),
-      m_trouble(new SettingsLabel(SettingsLabel::Style::Trouble)) {
+      m_trouble(new FormLabel(FormLabel::Style::Trouble)) {
     row.setDestructive();
     row.setCaption(idleCaption());
     row.addControl(m_button);
@@ -33,7 +34,7 @@ DeleteHistorySetting::DeleteHistorySetting(const SettingsServices& services, Set
 
 void DeleteHistorySetting::ask() {
     m_trouble->hide();
-    Alert::show(&m_row,
+    Alert::show(&m_row, settingsControls,
                 {.title = u"Delete All Clips?"_s,
                  .message = u"This will permanently delete your entire clipboard history. This "
                             "action cannot be undone."_s,

@@ -25,7 +25,7 @@ private:
     PersistenceController& m_persistence;
     SettingsRow& m_row;
     PushButton* m_button;
-    SettingsLabel* m_trouble;
+    FormLabel* m_trouble;
 };
 
 }  // namespace quillo

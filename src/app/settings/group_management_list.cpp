@@ -4,13 +4,13 @@
 #include <QPainter>
 #include <QVBoxLayout>
 
-#include "app/settings/alert.h"
 #include "app/settings/group_management_row.h"
 #include "app/settings/settings_look.h"
 #include "app/settings/symbol_button.h"
 #include "appearance/fonts.h"
 #include "appearance/symbols.h"
 #include "base/logging.h"
+#include "library/groups/alert.h"
 #include "library/groups/form_controls.h"
 #include "model/groups.h"
 
@@ -104,8 +104,7 @@ void GroupManagementList::showGroups() {
 
 GroupForm* GroupManagementList::openForm(const GroupForm::Texts& texts, const QString& name,
                                          const QColor& color) {
-    auto* sheet = new Sheet(this);
-    sheet->setAccessibleName(texts.heading);
+    auto* sheet = new Sheet(this, settingsControls);
     auto* form = new GroupForm(texts, GroupForm::CustomColor::Offered);
     form->layout()->setContentsMargins(0, 0, 0, 0);
     form->setFixedWidth(kFormWidth);
@@ -138,11 +137,12 @@ void GroupManagementList::askToDelete(const GroupItem& group) {
                              QStringLiteral(
                                  "\"? Clips in this group will be moved to the general "
                                  "tab.");
-    Alert::show(this, {.title = QStringLiteral("Delete Group"),
-                       .message = question,
-                       .dismiss = QStringLiteral("Cancel"),
-                       .destructive = Alert::Action{QStringLiteral("Delete"),
-                                                    [this, id = group.id] { remove(id); }}});
+    Alert::show(this, settingsControls,
+                {.title = QStringLiteral("Delete Group"),
+                 .message = question,
+                 .dismiss = QStringLiteral("Cancel"),
+                 .destructive = Alert::Action{QStringLiteral("Delete"),
+                                              [this, id = group.id] { remove(id); }}});
 }
 
 void GroupManagementList::create(const QString& name, const QColor& color) {

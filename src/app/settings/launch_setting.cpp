@@ -16,7 +16,7 @@ LaunchSetting::LaunchSetting(const SettingsServices& services, SettingsRow& row)
     : QObject(&row),
       m_services(services),
       m_switch(new ToggleSwitch(row.title().text())),
-      m_trouble(new SettingsLabel(SettingsLabel::Style::Trouble)) {
+      m_trouble(new FormLabel(FormLabel::Style::Trouble)) {
     m_switch->setToolTip(row.caption().text());
     row.addControl(m_switch);
     row.addBelow(m_trouble);

@@ -25,7 +25,7 @@ private:
 
     SettingsServices m_services;
     ToggleSwitch* m_switch;
-    SettingsLabel* m_trouble;
+    FormLabel* m_trouble;
 };
 
 }  // namespace quillo

@@ -75,7 +75,7 @@ SettingsRow* nameRow() {
 
 SettingsRow* websiteRow() {
     auto* row = new SettingsRow({.title = u"Website"_s, .symbol = u"globe"_s});
-    row->title().setStyle(SettingsLabel::Style::Text);
+    row->title().setStyle(FormLabel::Style::Text);
     auto* link = new PushButton(PushButton::Style::Link, QStringLiteral(QUILLO_WEBSITE));
     link->setSymbol(u"arrow.up.right"_s);
     link->setToolTip(u"Open in the browser"_s);
@@ -90,9 +90,8 @@ SettingsSection* about() {
     auto* section = new SettingsSection(u"About"_s);
     section->addRow(nameRow());
     auto* developer = new SettingsRow({.title = u"Developer"_s, .symbol = u"person.fill"_s});
-    developer->title().setStyle(SettingsLabel::Style::Text);
-    developer->addControl(
-        new SettingsLabel(SettingsLabel::Style::Status, u"The Quillo developers"_s));
+    developer->title().setStyle(FormLabel::Style::Text);
+    developer->addControl(new FormLabel(FormLabel::Style::Status, u"The Quillo developers"_s));
     section->addRow(developer);
     section->addRow(websiteRow());
     return section;

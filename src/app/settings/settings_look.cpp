@@ -5,9 +5,7 @@
 
 #include "appearance/contrast.h"
 #include "appearance/palette.h"
-#include "library/groups/color_picker.h"
 #include "library/groups/form_controls.h"
-#include "library/groups/group_form.h"
 
 namespace quillo {
 namespace {
@@ -44,6 +42,7 @@ SettingsLook lightLook() {
 
 SettingsLook completed(SettingsLook look, const QColor& link, const QColor& secondary) {
     look.controls.ground = look.section;
+    look.controls.border = look.sectionBorder;
     // Chosen for a panel of any ground; here it stands on these two.
     look.controls.secondaryText =
         readableText(readableText(secondary, {look.section}), {look.controls.field});
@@ -57,14 +56,6 @@ SettingsLook completed(SettingsLook look, const QColor& link, const QColor& seco
     return look;
 }
 
-template <typename Control>
-void dress(QWidget& root, const PopupLook& look) {
-    const QList<Control*> controls = root.findChildren<Control*>();
-    for (Control* control : controls) {
-        control->setLook(look);
-    }
-}
-
 }  // namespace
 
 const SettingsLook& settingsLook(ColorScheme scheme) {
@@ -72,6 +63,10 @@ const SettingsLook& settingsLook(ColorScheme scheme) {
     static const SettingsLook kLight =
         completed(lightLook(), paletteFor(ColorScheme::Light).accent, kLightSecondary);
     return scheme == ColorScheme::Dark ? kDark : kLight;
+}
+
+PopupLook settingsControls(ColorScheme scheme) {
+    return settingsLook(scheme).controls;
 }
 
 const SettingsLook& lookOf(const QWidget& widget) {
@@ -91,11 +86,7 @@ QPalette settingsPalette(ColorScheme scheme) {
 }
 
 void applySettingsLook(QWidget& root) {
-    const PopupLook& look = lookOf(root).controls;
-    dress<GroupForm>(root, look);
-    dress<ColorPicker>(root, look);
-    dress<FormField>(root, look);
-    dress<PushButton>(root, look);
+    dressControls(root, lookOf(root).controls);
 }
 
 }  // namespace quillo

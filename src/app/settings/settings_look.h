@@ -27,11 +27,14 @@ struct SettingsLook {
 
 [[nodiscard]] const SettingsLook& settingsLook(ColorScheme scheme);
 
+/// Of what stands on a section, for sheets.
+[[nodiscard]] PopupLook settingsControls(ColorScheme scheme);
+
 /// The look of the scheme that the widget's palette has.
 [[nodiscard]] const SettingsLook& lookOf(const QWidget& widget);
 
 /// The colours in the roles that standard widgets draw with; labels take Secondary, Link and so
-/// on as their foreground role (see settings_label.h).
+/// on as their foreground role (see form_label.h).
 [[nodiscard]] QPalette settingsPalette(ColorScheme scheme);
 
 /// Gives the form controls in a tree of widgets the look of the tree's palette. For what is added

@@ -24,8 +24,8 @@ constexpr qreal kRadius = 12;
 SettingsRow::SettingsRow(const Texts& texts, QWidget* parent)
     : QWidget(parent),
       m_symbol(texts.symbol),
-      m_title(new SettingsLabel(SettingsLabel::Style::Title, texts.title)),
-      m_caption(new SettingsLabel(SettingsLabel::Style::Caption)),
+      m_title(new FormLabel(FormLabel::Style::Title, texts.title)),
+      m_caption(new FormLabel(FormLabel::Style::Caption)),
       m_line(new QHBoxLayout),
       m_titleLine(new QHBoxLayout),
       m_texts(new QVBoxLayout),
@@ -83,7 +83,7 @@ void SettingsRow::setSymbol(const QString& symbol) {
 }
 
 void SettingsRow::setPlain() {
-    m_title->setStyle(SettingsLabel::Style::Text);
+    m_title->setStyle(FormLabel::Style::Text);
     m_column->setContentsMargins(kPadding, kPlainRowPadding, kPadding, kPlainRowPadding);
 }
 
@@ -112,7 +112,7 @@ SettingsSection::SettingsSection(const QString& heading, QWidget* parent)
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(7);
     if (!heading.isEmpty()) {
-        m_heading = new SettingsLabel(SettingsLabel::Style::Heading, heading);
+        m_heading = new FormLabel(FormLabel::Style::Heading, heading);
         m_heading->setContentsMargins(4, 0, 0, 0);
         column->addWidget(m_heading);
     }

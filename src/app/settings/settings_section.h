@@ -3,7 +3,7 @@
 
 #include <QWidget>
 
-#include "app/settings/settings_label.h"
+#include "library/groups/form_label.h"
 
 class QHBoxLayout;
 class QVBoxLayout;
@@ -40,8 +40,8 @@ public:
     void setCaption(const QString& caption);
     /// Another one; for rows that were made with a symbol.
     void setSymbol(const QString& symbol);
-    [[nodiscard]] SettingsLabel& caption() { return *m_caption; }
-    [[nodiscard]] SettingsLabel& title() { return *m_title; }
+    [[nodiscard]] FormLabel& caption() { return *m_caption; }
+    [[nodiscard]] FormLabel& title() { return *m_title; }
 
     /// For one of several short rows: the title is not strong, and stands closer to the next.
     void setPlain();
@@ -54,8 +54,8 @@ protected:
 private:
     QString m_symbol;
     bool m_isDestructive = false;
-    SettingsLabel* m_title;
-    SettingsLabel* m_caption;
+    FormLabel* m_title;
+    FormLabel* m_caption;
     QHBoxLayout* m_line;
     QHBoxLayout* m_titleLine;
     QVBoxLayout* m_texts;
@@ -77,7 +77,7 @@ protected:
     bool event(QEvent* event) override;
 
 private:
-    SettingsLabel* m_heading = nullptr;
+    FormLabel* m_heading = nullptr;
     QWidget* m_box;
     QVBoxLayout* m_rows;
 };

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "app/settings/shortcut_setting.h"
 
-#include "app/settings/alert.h"
+#include "app/settings/settings_look.h"
 #include "app/settings/status_label.h"
 #include "appearance/fonts.h"
+#include "library/groups/alert.h"
 #include "library/groups/form_controls.h"
 
 using namespace Qt::StringLiterals;
@@ -100,9 +101,10 @@ void ShortcutSetting::showHint(const QString& hint) {
 }
 
 void ShortcutSetting::showConflict(const QString& name) {
-    Alert::show(&m_row, {.title = u"Hotkey Conflict"_s,
-                         .message = u"This shortcut conflicts with \"%1\". Please choose a "
-                                    "different combination."_s.arg(name)});
+    Alert::show(&m_row, settingsControls,
+                {.title = u"Hotkey Conflict"_s,
+                 .message = u"This shortcut conflicts with \"%1\". Please choose a "
+                            "different combination."_s.arg(name)});
 }
 
 }  // namespace quillo

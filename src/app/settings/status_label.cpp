@@ -4,8 +4,8 @@
 #include <QHBoxLayout>
 #include <QPainter>
 
-#include "app/settings/settings_label.h"
 #include "app/settings/settings_look.h"
+#include "library/groups/form_label.h"
 
 namespace quillo {
 namespace {
@@ -17,7 +17,7 @@ constexpr int kTextLeft = 12;
 }  // namespace
 
 StatusLabel::StatusLabel(QWidget* parent)
-    : QWidget(parent), m_text(new SettingsLabel(SettingsLabel::Style::Status)) {
+    : QWidget(parent), m_text(new FormLabel(FormLabel::Style::Status)) {
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(kTextLeft, 0, 0, 0);
     row->addWidget(m_text);
@@ -27,7 +27,7 @@ StatusLabel::StatusLabel(QWidget* parent)
 void StatusLabel::setStatus(const QString& text, bool isGood) {
     m_isGood = isGood;
     m_text->setText(text);
-    m_text->setStyle(isGood ? SettingsLabel::Style::Success : SettingsLabel::Style::Status);
+    m_text->setStyle(isGood ? FormLabel::Style::Success : FormLabel::Style::Status);
     update();
 }
 

@@ -5,7 +5,7 @@
 
 namespace quillo {
 
-class SettingsLabel;
+class FormLabel;
 
 /// A dot and a word that say whether something works: green for yes, grey for no.
 class StatusLabel final : public QWidget {
@@ -21,7 +21,7 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    SettingsLabel* m_text;
+    FormLabel* m_text;
     bool m_isGood = false;
 };
 

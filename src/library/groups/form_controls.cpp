@@ -1,11 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "library/groups/form_controls.h"
 
+#include <QHBoxLayout>
 #include <QPainter>
 
 #include "appearance/contrast.h"
 #include "appearance/fonts.h"
 #include "appearance/symbols.h"
+#include "library/groups/color_picker.h"
+#include "library/groups/group_form.h"
+#include "library/groups/swatch_row.h"
 
 namespace quillo {
 namespace {
@@ -18,7 +22,39 @@ constexpr int kSymbol = 14;
 constexpr int kAfterSymbol = 7;
 constexpr int kBareHeight = 22;
 
+template <typename Control>
+void dress(QWidget& root, const PopupLook& look) {
+    const QList<Control*> controls = root.findChildren<Control*>();
+    for (Control* control : controls) {
+        control->setLook(look);
+    }
+}
+
 }  // namespace
+
+void dressControls(QWidget& root, const PopupLook& look) {
+    dress<GroupForm>(root, look);
+    dress<ColorPicker>(root, look);
+    dress<SwatchRow>(root, look);
+    dress<FormField>(root, look);
+    dress<PushButton>(root, look);
+}
+
+QHBoxLayout* buttonRow(const QList<PushButton*>& buttons) {
+    auto* row = new QHBoxLayout;
+    row->setSpacing(8);
+    row->addStretch();
+    for (PushButton* button : buttons) {
+        row->addWidget(button);
+    }
+    return row;
+}
+
+void fillRounded(QPainter& painter, const QRectF& area, qreal radius, const QBrush& brush) {
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(brush);
+    painter.drawRoundedRect(area, radius, radius);
+}
 
 void paintFocusRing(QPainter& painter, const QRectF& around, qreal radius, const QColor& color) {
     painter.setPen(QPen(color, 2));
@@ -119,9 +155,7 @@ void PushButton::paintEvent(QPaintEvent* /*event*/) {
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setOpacity(isEnabled() ? 1.0 : 0.5);
     if (hasGround()) {
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(ground());
-        painter.drawRoundedRect(rect(), kButtonRadius, kButtonRadius);
+        fillRounded(painter, rect(), kButtonRadius, ground());
     }
     QRect line = rect();
     if (hasGround()) {

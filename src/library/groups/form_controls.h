@@ -6,6 +6,8 @@
 #include "library/groups/panel_button.h"
 #include "library/groups/popup_look.h"
 
+class QHBoxLayout;
+
 namespace quillo {
 
 /// A text field of a form: a round ground, a ring in the accent when it has the focus.
@@ -45,6 +47,8 @@ public:
     void setSymbol(const QString& name);
     void setLook(const PopupLook& look);
 
+    [[nodiscard]] bool isDefault() const { return m_style == Style::Default; }
+
     [[nodiscard]] QSize sizeHint() const override;
 
 protected:
@@ -60,6 +64,14 @@ private:
     QString m_symbol;
     PopupLook m_look;
 };
+
+/// The buttons at the end of a form, at its right, the last one outermost.
+[[nodiscard]] QHBoxLayout* buttonRow(const QList<PushButton*>& buttons);
+
+/// Gives the form controls in a tree of widgets that look.
+void dressControls(QWidget& root, const PopupLook& look);
+
+void fillRounded(QPainter& painter, const QRectF& area, qreal radius, const QBrush& brush);
 
 /// A line around what has the focus.
 void paintFocusRing(QPainter& painter, const QRectF& around, qreal radius, const QColor& color);

@@ -1,15 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "library/groups/group_form.h"
 
-#include <QHBoxLayout>
 #include <QKeyEvent>
-#include <QLabel>
 #include <QVBoxLayout>
 
-#include "appearance/fonts.h"
 #include "base/color_text.h"
 #include "library/groups/color_picker.h"
 #include "library/groups/form_controls.h"
+#include "library/groups/form_label.h"
 #include "library/groups/swatch_row.h"
 #include "model/group_palette.h"
 #include "model/groups.h"
@@ -26,21 +24,18 @@ constexpr int kHeadingHeight = 18;
 }  // namespace
 
 GroupForm::GroupForm(const Texts& texts, CustomColor custom, QWidget* parent)
-    : QWidget(parent),
-      m_heading(new QLabel(texts.heading)),
-      m_name(new FormField),
-      m_swatches(new SwatchRow) {
-    m_heading->setFont(sizedFont(font(), 13, QFont::DemiBold));
-    m_heading->setFixedHeight(kHeadingHeight);
-    m_heading->setVisible(!texts.heading.isEmpty());
+    : QWidget(parent), m_name(new FormField), m_swatches(new SwatchRow) {
+    setAccessibleName(texts.heading);
     m_name->setPlaceholderText(QStringLiteral("Group name"));
     m_name->setAccessibleName(QStringLiteral("Group name"));
     auto* column = new QVBoxLayout(this);
     const int margin = texts.heading.isEmpty() ? kInlineMargin : kMargin;
     column->setContentsMargins(margin, kMarginAbove, margin, kMarginAbove);
     column->setSpacing(0);
-    column->addWidget(m_heading);
     if (!texts.heading.isEmpty()) {
+        auto* heading = new FormLabel(FormLabel::Style::Title, texts.heading);
+        heading->setFixedHeight(kHeadingHeight);
+        column->addWidget(heading);
         column->addSpacing(8);
     }
     column->addWidget(m_name);
@@ -76,12 +71,7 @@ void GroupForm::addCustomColor(QVBoxLayout& column) {
 void GroupForm::addButtons(QVBoxLayout& column, const QString& confirmText) {
     m_cancel = new PushButton(PushButton::Style::Plain, QStringLiteral("Cancel"));
     m_confirm = new PushButton(PushButton::Style::Default, confirmText);
-    auto* row = new QHBoxLayout;
-    row->setSpacing(8);
-    row->addStretch();
-    row->addWidget(m_cancel);
-    row->addWidget(m_confirm);
-    column.addLayout(row);
+    column.addLayout(buttonRow({m_cancel, m_confirm}));
     connect(m_cancel, &PushButton::clicked, this, &GroupForm::cancelled);
     connect(m_confirm, &PushButton::clicked, this, &GroupForm::confirm);
 }

@@ -6,7 +6,6 @@
 
 #include "library/groups/popup_look.h"
 
-class QLabel;
 class QVBoxLayout;
 
 namespace quillo {
@@ -64,7 +63,6 @@ private:
     void addButtons(QVBoxLayout& column, const QString& confirmText);
     void choose(const QColor& color);
 
-    QLabel* m_heading;
     FormField* m_name;
     SwatchRow* m_swatches;
     PushButton* m_custom = nullptr;

@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
-#include "app/settings/sheet.h"
+#include "library/groups/sheet.h"
 
 #include <QApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <algorithm>
 
-#include "app/settings/settings_look.h"
+#include "library/groups/form_controls.h"
+#include "library/groups/text_field_menu.h"
 
 namespace quillo {
 namespace {
@@ -30,7 +32,8 @@ QList<QWidget*> focusStops(QWidget* root) {
 
 }  // namespace
 
-Sheet::Sheet(QWidget* over) : QWidget(over->window()) {
+Sheet::Sheet(QWidget* over, Look look)
+    : QWidget(over->window()), m_lookFor(look), m_look(look(schemeOf(palette()))) {
     setFocusPolicy(Qt::StrongFocus);
     over->window()->installEventFilter(this);
     hide();
@@ -40,7 +43,30 @@ void Sheet::setContent(QWidget* content) {
     m_content = content;
     content->setParent(this);
     content->installEventFilter(this);
-    applySettingsLook(*this);
+    if (accessibleName().isEmpty()) {
+        setAccessibleName(content->accessibleName());
+    }
+    const QList<FormField*> fields = content->findChildren<FormField*>();
+    for (FormField* field : fields) {
+        new TextFieldMenu(*field, window(), [this] { return paletteFor(schemeOf(palette())); });
+    }
+    takeColors();
+}
+
+void Sheet::takeColors() {
+    m_look = m_lookFor(schemeOf(palette()));
+    if (m_content != nullptr) {
+        applyLook(*m_content, m_look);
+        dressControls(*m_content, m_look);
+    }
+    update();
+}
+
+void Sheet::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange) {
+        takeColors();
+    }
 }
 
 void Sheet::open(QWidget* firstFocus) {
@@ -110,12 +136,31 @@ bool Sheet::focusNextPrevChild(bool next) {
     return true;
 }
 
+// The shortcuts of the window behind are out of reach too.
+bool Sheet::event(QEvent* event) {
+    if (event->type() == QEvent::ShortcutOverride) {
+        event->accept();
+        return true;
+    }
+    return QWidget::event(event);
+}
+
 void Sheet::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Escape) {
         closeSheet();
+    } else if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+        pressDefault();
     }
     // Keys that nobody inside wants are not for the window behind.
     event->accept();
+}
+
+void Sheet::pressDefault() {
+    const QList<PushButton*> buttons = findChildren<PushButton*>();
+    const auto button = std::ranges::find_if(buttons, &PushButton::isDefault);
+    if (button != buttons.end()) {
+        (*button)->click();
+    }
 }
 
 void Sheet::mousePressEvent(QMouseEvent* event) {
@@ -123,7 +168,6 @@ void Sheet::mousePressEvent(QMouseEvent* event) {
 }
 
 void Sheet::paintEvent(QPaintEvent* /*event*/) {
-    const SettingsLook& look = lookOf(*this);
     QPainter painter(this);
     painter.fillRect(rect(), kDim);
     if (m_content == nullptr) {
@@ -132,8 +176,8 @@ void Sheet::paintEvent(QPaintEvent* /*event*/) {
     painter.setRenderHint(QPainter::Antialiasing);
     const QRectF card =
         QRectF(m_content->geometry()).adjusted(-kPadding, -kPadding, kPadding, kPadding);
-    painter.setPen(QPen(look.sectionBorder, 1));
-    painter.setBrush(look.section);
+    painter.setPen(QPen(m_look.border, 1));
+    painter.setBrush(m_look.ground);
     painter.drawRoundedRect(card.adjusted(0.5, 0.5, -0.5, -0.5), kRadius, kRadius);
 }
 

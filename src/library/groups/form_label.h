@@ -5,8 +5,8 @@
 
 namespace quillo {
 
-/// A text of the settings window in one of its few styles; wraps and follows the window's colours.
-class SettingsLabel final : public QLabel {
+/// A text in a form or a window, in one of a few styles; its colours are those of its palette.
+class FormLabel final : public QLabel {
     Q_OBJECT
 
 public:
@@ -20,7 +20,7 @@ public:
         Trouble,  ///< 11 px, red.
     };
 
-    explicit SettingsLabel(Style style, const QString& text = {}, QWidget* parent = nullptr);
+    explicit FormLabel(Style style, const QString& text = {}, QWidget* parent = nullptr);
 
     void setStyle(Style style);
 };
