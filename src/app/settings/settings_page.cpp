@@ -3,7 +3,7 @@
 
 #include <QVBoxLayout>
 
-#include "app/settings/page_scroll_bar.h"
+#include "library/groups/slim_scroll_bar.h"
 
 namespace quillo {
 namespace {
@@ -28,7 +28,7 @@ SettingsPage::SettingsPage(const QString& name, QWidget* parent) : QScrollArea(p
     m_column->addStretch(1);
     setWidget(content);
     viewport()->setAutoFillBackground(false);
-    new PageScrollBar(*this);
+    new SlimScrollBar(*this);
 }
 
 void SettingsPage::addSection(QWidget* section) {

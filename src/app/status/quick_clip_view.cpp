@@ -3,6 +3,8 @@
 
 #include <QVBoxLayout>
 
+#include "library/groups/slim_scroll_bar.h"
+
 namespace quillo {
 
 QuickClipView::QuickClipView(const ClipListServices& services, QWidget* parent)
@@ -11,6 +13,7 @@ QuickClipView::QuickClipView(const ClipListServices& services, QWidget* parent)
     box->setContentsMargins(0, 0, 0, 0);
     auto* list = new ClipListView(m_clips, services.kindColor, this);
     list->setListHeight(kListHeight);
+    new SlimScrollBar(list->scrollArea());
     box->addWidget(list);
     setFocusProxy(list);
     const auto copy = [this, services](const QUuid& id) {

@@ -4,11 +4,9 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPainter>
-#include <QScrollBar>
 #include <QVBoxLayout>
 #include <algorithm>
 
-#include "appearance/contrast.h"
 #include "appearance/fonts.h"
 #include "appearance/palette.h"
 #include "library/list/list_search_field.h"
@@ -19,7 +17,6 @@ namespace {
 constexpr int kHeaderHeight = 56;
 constexpr int kFieldMargin = 14;
 constexpr int kAboveRows = 6;
-constexpr int kScrollBarWidth = 8;
 
 }  // namespace
 
@@ -29,8 +26,7 @@ ClipListView::ClipListView(ListedClips& clips, QuickClipRowView::KindColor kindC
       m_clips(clips),
       m_search(new ListSearchField(this)),
       m_list(new QListView(this)),
-      m_empty(new QLabel(this)),
-      m_scrollBar(new QScrollBar(Qt::Vertical, m_list)) {
+      m_empty(new QLabel(this)) {
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
@@ -68,31 +64,12 @@ ClipListView::ClipListView(ListedClips& clips, QuickClipRowView::KindColor kindC
     connect(m_list, &QListView::doubleClicked, this, [this](const QModelIndex& index) {
         Q_EMIT doubleClicked(m_clips.model().ids().value(index.row()));
     });
-    addScrollBar();
     applyColors();
     showRefreshed();
 }
 
-void ClipListView::addScrollBar() {
-    m_list->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    QScrollBar* const inner = m_list->verticalScrollBar();
-    const auto follow = [this, inner] {
-        m_scrollBar->setPageStep(inner->pageStep());
-        m_scrollBar->setRange(inner->minimum(), inner->maximum());
-        m_scrollBar->setVisible(inner->maximum() > inner->minimum());
-    };
-    connect(inner, &QScrollBar::rangeChanged, m_scrollBar, follow);
-    connect(inner, &QScrollBar::valueChanged, m_scrollBar, &QScrollBar::setValue);
-    connect(m_scrollBar, &QScrollBar::valueChanged, inner, &QScrollBar::setValue);
-    m_scrollBar->setCursor(Qt::ArrowCursor);
-    follow();
-}
-
-void ClipListView::layOutViewport() {
-    const QRect area = m_list->viewport()->rect();
-    m_empty->setGeometry(area);
-    m_scrollBar->setGeometry(area.right() + 1 - kScrollBarWidth, area.top(), kScrollBarWidth,
-                             area.height());
+QAbstractScrollArea& ClipListView::scrollArea() {
+    return *m_list;
 }
 
 void ClipListView::setListHeight(int height) {
@@ -129,7 +106,7 @@ bool ClipListView::eventFilter(QObject* watched, QEvent* event) {
             return true;
         }
     } else if (watched == m_list->viewport() && event->type() == QEvent::Resize) {
-        layOutViewport();
+        m_empty->setGeometry(m_list->viewport()->rect());
     }
     return QWidget::eventFilter(watched, event);
 }
@@ -183,15 +160,6 @@ void ClipListView::applyColors() {
     QPalette empty = m_empty->palette();
     empty.setColor(QPalette::WindowText, colors.secondaryText);
     m_empty->setPalette(empty);
-    // The style's own has buttons and a frame.
-    m_scrollBar->setStyleSheet(
-        QStringLiteral("QScrollBar{background:transparent;width:%1px;margin:0}"
-                       "QScrollBar::handle{background:%2;border-radius:3px;margin:1px 2px 1px 1px;"
-                       "min-height:28px}"
-                       "QScrollBar::add-line,QScrollBar::sub-line{height:0}"
-                       "QScrollBar::add-page,QScrollBar::sub-page{background:transparent}")
-            .arg(kScrollBarWidth)
-            .arg(mixed(colors.panelBackground, colors.secondaryText, 0.45).name()));
     m_empty->setFont(sizedFont(font(), 13, QFont::Normal));
 }
 

@@ -11,7 +11,6 @@
 #include "library/list/quick_clip_row_view.h"
 
 class QLabel;
-class QScrollBar;
 
 namespace quillo {
 
@@ -34,6 +33,8 @@ public:
     ClipListView(ListedClips& clips, QuickClipRowView::KindColor kindColor,
                  QWidget* parent = nullptr);
 
+    /// What scrolls; without a bar it shows the style's own.
+    [[nodiscard]] QAbstractScrollArea& scrollArea();
     /// Bounds the list's height; what is left below stays empty.
     void setListHeight(int height);
 
@@ -56,15 +57,12 @@ private:
     void moveBy(int rows);
     [[nodiscard]] int rowsPerPage() const;
     void applyColors();
-    void addScrollBar();
-    void layOutViewport();
 
     ListedClips& m_clips;
     QLineEdit* m_search;
     QListView* m_list;
     QLabel* m_empty;
-    QScrollBar* m_scrollBar;  ///< Lies on the rows, which keep their width.
-    QUuid m_selected;         ///< Before the rows became other ones.
+    QUuid m_selected;  ///< Before the rows became other ones.
 };
 
 }  // namespace quillo

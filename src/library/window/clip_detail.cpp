@@ -9,6 +9,7 @@
 
 #include "appearance/fonts.h"
 #include "library/groups/form_controls.h"
+#include "library/groups/slim_scroll_bar.h"
 #include "library/window/clip_grid_texts.h"
 #include "library/window/detail_content_box.h"
 #include "library/window/flow_layout.h"
@@ -48,8 +49,8 @@ ClipDetail::ClipDetail(Services services, QWidget* parent)
            .caption = u"Click on any clip in the grid to see its content and metadata"_s})),
       m_header(new DetailHeader),
       m_content(new DetailContentBox),
-      m_single(new QWidget),
-      m_bar(new SlimScrollBar(*this)) {
+      m_single(new QWidget) {
+    new SlimScrollBar(*this);
     setFrameShape(QFrame::NoFrame);
     setWidgetResizable(true);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -131,7 +132,6 @@ void ClipDetail::setLook(const LibraryLook& look) {
     setPalette(palette);
     widget()->setPalette(palette);
     m_header->setLook(look);
-    m_bar->setLook(look);
     m_content->setLook(look);
     static_cast<LibraryEmptyState*>(m_placeholder)->setLook(look);
     for (PushButton* button : {m_copy, m_transform, m_pin, m_delete}) {

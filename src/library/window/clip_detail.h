@@ -9,7 +9,6 @@
 #include "library/window/detail_loader.h"
 #include "library/window/detail_parts.h"
 #include "library/window/library_clips.h"
-#include "library/window/slim_scroll_bar.h"
 #include "paste/text_transformation.h"
 
 class QGridLayout;
@@ -91,7 +90,6 @@ private:
     QList<GroupItem> m_shownGroups;
     QList<MembershipChip*> m_chipButtons;
     QList<DetailRow> m_shownRows;
-    SlimScrollBar* m_bar;
     bool m_isPinned = false;
 };
 

@@ -8,6 +8,7 @@
 #include <cmath>
 #include <utility>
 
+#include "library/groups/slim_scroll_bar.h"
 #include "library/window/clip_grid_accessible.h"
 #include "library/window/clip_grid_texts.h"
 
@@ -26,8 +27,8 @@ ClipGrid::ClipGrid(LibraryClips& clips, CardPictures& pictures, const Clock& clo
       m_clock(clock),
       m_look(libraryLook(ColorScheme::Light)),
       m_painter(font()),
-      m_scroller(*verticalScrollBar()),
-      m_bar(new SlimScrollBar(*this)) {
+      m_scroller(*verticalScrollBar()) {
+    new SlimScrollBar(*this);
     installClipGridAccessibility();
     setFrameShape(QFrame::NoFrame);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -47,7 +48,6 @@ ClipGrid::ClipGrid(LibraryClips& clips, CardPictures& pictures, const Clock& clo
 void ClipGrid::setLook(const LibraryLook& look) {
     m_look = look;
     m_painter.setLook(look);
-    m_bar->setLook(look);
     viewport()->update();
 }
 

@@ -14,7 +14,6 @@
 #include "library/window/clip_selection.h"
 #include "library/window/grid_card_painter.h"
 #include "library/window/library_clips.h"
-#include "library/window/slim_scroll_bar.h"
 
 class QMimeData;
 
@@ -117,7 +116,6 @@ private:
     LibraryLook m_look;
     GridCardPainter m_painter;
     ClipGridScroller m_scroller;
-    SlimScrollBar* m_bar;
     ClipSelection m_selection;
     QList<QUuid> m_shown;  ///< The list as it was taken over last, and how it was laid out.
     ClipGridLayout m_laidOut;

@@ -7,6 +7,7 @@
 #include <algorithm>
 
 #include "appearance/fonts.h"
+#include "library/groups/slim_scroll_bar.h"
 #include "library/thumbnails/rich_preview.h"
 
 namespace quillo {
@@ -18,9 +19,8 @@ constexpr double kLinePercent = 116;
 }  // namespace
 
 DetailTextView::DetailTextView(QWidget* parent)
-    : QTextBrowser(parent),
-      m_look(libraryLook(ColorScheme::Light)),
-      m_bar(new SlimScrollBar(*this)) {
+    : QTextBrowser(parent), m_look(libraryLook(ColorScheme::Light)) {
+    new SlimScrollBar(*this);
     setFrameShape(QFrame::NoFrame);
     setOpenLinks(false);
     setUndoRedoEnabled(false);
@@ -48,7 +48,6 @@ void DetailTextView::setText(const StyledText& text) {
 
 void DetailTextView::setLook(const LibraryLook& look) {
     m_look = look;
-    m_bar->setLook(look);
     QPalette palette = this->palette();
     palette.setColor(QPalette::Base, Qt::transparent);
     palette.setColor(QPalette::Text, look.primaryText);

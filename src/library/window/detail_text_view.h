@@ -5,7 +5,7 @@
 #include <QTextLayout>
 #include <QTimer>
 
-#include "library/window/slim_scroll_bar.h"
+#include "library/window/library_look.h"
 #include "platform/rich_text.h"
 
 namespace quillo {
@@ -44,7 +44,6 @@ private:
     void textGrew();
 
     LibraryLook m_look;
-    SlimScrollBar* m_bar;
     StyledText m_text;
     QList<QTextLayout::FormatRange> m_formats;
     qsizetype m_added = 0;  ///< How much of the text is in the view.

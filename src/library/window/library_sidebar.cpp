@@ -9,6 +9,7 @@
 
 #include "appearance/fonts.h"
 #include "library/groups/form_controls.h"
+#include "library/groups/slim_scroll_bar.h"
 
 using namespace Qt::StringLiterals;
 
@@ -39,8 +40,8 @@ LibrarySidebar::LibrarySidebar(const LibrarySections& sections, QWidget* parent)
       m_libraryHeading(heading(u"Library"_s)),
       m_pinboardsHeading(heading(u"Pinboards"_s)),
       m_plus(new PushButton(PushButton::Style::Bare, QString())),
-      m_placeLine(new QWidget(m_content)),
-      m_bar(new SlimScrollBar(*this)) {
+      m_placeLine(new QWidget(m_content)) {
+    new SlimScrollBar(*this);
     setFrameShape(QFrame::NoFrame);
     setWidgetResizable(true);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -83,7 +84,6 @@ void LibrarySidebar::setLook(const LibraryLook& look) {
     setInk(*m_libraryHeading, quiet);
     setInk(*m_pinboardsHeading, quiet);
     m_plus->setLook(look.controls);
-    m_bar->setLook(look);
     for (SidebarRow* row : std::as_const(m_rows)) {
         row->setLook(look);
     }

@@ -6,7 +6,6 @@
 #include "library/groups/popup_menu.h"
 #include "library/window/library_sections.h"
 #include "library/window/sidebar_row.h"
-#include "library/window/slim_scroll_bar.h"
 
 class QLabel;
 class QVBoxLayout;
@@ -80,7 +79,6 @@ private:
     PushButton* m_plus;
     QWidget* m_placeLine;  ///< Where a dragged row would go.
     QList<SidebarRow*> m_rows;
-    SlimScrollBar* m_bar;
 };
 
 }  // namespace quillo

@@ -1,21 +1,21 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QWidget>
+#include <QScrollBar>
 
 class QAbstractScrollArea;
-class QScrollBar;
 
 namespace quillo {
 
 /// A thin bar above the right edge of what scrolls up and down; takes no room from it, and is not
 /// there when everything is seen. Dragged by the pointer; a press beside the thumb goes a page on.
-class PageScrollBar final : public QWidget {
+/// In the quiet colour of its palette.
+class SlimScrollBar final : public QScrollBar {
     Q_OBJECT
 
 public:
-    /// A child of the area, which hides its own bar.
-    explicit PageScrollBar(QAbstractScrollArea& area);
+    /// A child of the area, whose own bar it replaces for the eye and the pointer.
+    explicit SlimScrollBar(QAbstractScrollArea& area);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -26,11 +26,12 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    void followRange();
+    void follow();
+    void place();
     [[nodiscard]] QRectF thumb() const;
 
-    QScrollBar* m_bar;
-    qreal m_grabbed = -1;  ///< Where on the thumb the pointer holds it; negative is not.
+    QScrollBar& m_followed;
+    qreal m_grabbed = 0;  ///< Where on the thumb the pointer holds it.
 };
 
 }  // namespace quillo
