@@ -9,8 +9,9 @@
 #include <QScrollBar>
 
 #include "library/groups/form_controls.h"
+#include "library/groups/sheet.h"
+#include "library/groups/swatch.h"
 #include "library/window/detail_text_view.h"
-#include "library/window/pinboard_editor.h"
 #include "model/groups.h"
 #include "support/in_memory_store.h"
 #include "support/library_rig.h"
@@ -33,6 +34,8 @@ protected:
         m_view = m_rig.makeView();
         m_view->resize(1000, 700);
         m_view->show();
+        // Without a display nobody else makes it so.
+        QApplication::setActiveWindow(m_view.get());
         ASSERT_TRUE(waitUntil([&] { return m_view->clips().isComplete(); }));
     }
 
@@ -51,6 +54,18 @@ protected:
     void press(QWidget& widget, int key, Qt::KeyboardModifiers modifiers = {}) {
         QKeyEvent event(QEvent::KeyPress, key, modifiers);
         QCoreApplication::sendEvent(&widget, &event);
+    }
+
+    /// The one that is open; keys go to what has the focus in it.
+    [[nodiscard]] Sheet* sheet() {
+        QCoreApplication::sendPostedEvents();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        return Sheet::openIn(m_view.get());
+    }
+    void pressInSheet(int key) { press(*m_view->focusWidget(), key); }
+    void typeInSheet(const QString& text) {
+        QKeyEvent event(QEvent::KeyPress, 0, {}, text);
+        QCoreApplication::sendEvent(m_view->focusWidget(), &event);
     }
 
     [[nodiscard]] ObjectContext& context() { return m_rig.persistence.viewContext(); }
@@ -189,38 +204,62 @@ TEST_F(Library, PinboardsAreRenamedRecolouredAndBroughtIntoAnotherOrder) {
     EXPECT_EQ(sidebarTexts().mid(2), (QStringList{u"A 0"_s, u"C 0"_s, u"B 0"_s}));
     EXPECT_EQ((QList{a->sortIndex(), c->sortIndex(), b->sortIndex()}), (QList<qint64>{0, 1, 2}));
 
-    RenamePinboardForm form(context(), a->id());
-    form.nameField().clear();
-    form.confirm();
+    Q_EMIT m_view->sidebar().renameRequested(a->id());
+    EXPECT_EQ(sheet()->accessibleName(), u"Rename Pinboard");
+    pressInSheet(Qt::Key_Delete);
+    pressInSheet(Qt::Key_Return);
+    EXPECT_EQ(sheet(), nullptr);
     EXPECT_EQ(sidebarTexts()[2], u"Untitled 0");
 
     const std::vector<MenuEntry> menu = m_view->sidebar().menuOf(a->id());
-    const std::vector<MenuEntry>& colors = menu.at(1).submenu;
+    const std::vector<MenuEntry>& colors = menu.at(2).submenu;
     ASSERT_EQ(colors.size(), 9U);
     EXPECT_EQ(std::ranges::count(colors, std::optional(true), &MenuEntry::check), 1);
     EXPECT_EQ(colors[0].check, true);
     colors[3].action();
-    EXPECT_EQ(m_view->sidebar().menuOf(a->id()).at(1).submenu[3].check, true);
+    EXPECT_EQ(m_view->sidebar().menuOf(a->id()).at(2).submenu[3].check, true);
 }
 
-TEST_F(Library, TheEditorSavesWhatHasAName) {
-    open(0);
-    PinboardEditor editor(context(), std::nullopt);
-    editor.nameField().setText(u"  \t"_s);
-    editor.confirm();
-    EXPECT_EQ(sidebarTexts().size(), 2);
-    editor.nameField().setText(u" Recipes "_s);
-    editor.setColor(QColor(0x6bcb77));
-    editor.confirm();
+// By the keys alone, over the window, one at a time; the focus is where it was.
+TEST_F(Library, PinboardsAreMadeAndEditedInSheets) {
+    open(1);
+    SidebarRow* const allClips = m_view->sidebar().rows()[0];
+    m_view->sidebar().focusSection();
+    child<PushButton>(u"New Pinboard"_s)->click();
+    EXPECT_EQ(sheet()->accessibleName(), u"New Pinboard");
+    EXPECT_EQ(sheet()->size(), m_view->window()->size());
+    Q_EMIT m_view->sidebar().editorRequested(std::nullopt);
+    EXPECT_EQ(m_view->findChildren<Sheet*>().size(), 1);
+    typeInSheet(u"  \t"_s);
+    pressInSheet(Qt::Key_Return);
+    ASSERT_NE(sheet(), nullptr) << "a blank name does nothing";
+    typeInSheet(u"Recipes "_s);
+    sheet()->findChildren<Swatch*>()[3]->click();
+    EXPECT_EQ(sheet()->findChild<Swatch*>()->height() - 2 * Swatch::kRing, 28);
+    pressInSheet(Qt::Key_Return);
+    EXPECT_EQ(sheet(), nullptr);
+    EXPECT_TRUE(allClips->hasFocus()) << "the rows are other ones, this one stays";
     EXPECT_EQ(sidebarTexts().value(2), u"Recipes 0");
     const auto board = groupsInOrder(context()).value()[0];
     EXPECT_EQ(board->sortIndex(), 1);
     EXPECT_EQ(board->colorHex(), u"#6BCB77");
-    PinboardEditor again(context(), board->id());
-    EXPECT_EQ(again.nameField().text(), u"Recipes");
-    again.nameField().setText(u"Meals"_s);
-    again.confirm();
-    EXPECT_EQ(sidebarTexts()[2], u"Meals 0");
+
+    m_view->sidebar().menuOf(board->id()).at(1).action();
+    EXPECT_EQ(sheet()->accessibleName(), u"Edit Pinboard");
+    EXPECT_EQ(sheet()->findChild<FormField*>()->text(), u"Recipes");
+    EXPECT_TRUE(sheet()->findChildren<Swatch*>()[3]->isChecked());
+    typeInSheet(u"!"_s);
+    pressInSheet(Qt::Key_Escape);
+    EXPECT_EQ(sheet(), nullptr);
+    EXPECT_EQ(sidebarTexts()[2], u"Recipes 0");
+
+    m_view->sidebar().rows()[2]->setFocus();
+    press(*m_view->sidebar().rows()[2], Qt::Key_F2);
+    ASSERT_NE(sheet(), nullptr) << "the row at hand, not the chosen one";
+    typeInSheet(u" Meals "_s);
+    pressInSheet(Qt::Key_Return);
+    EXPECT_EQ(board->title(), u" Meals ") << "as typed";
+    EXPECT_TRUE(m_view->sidebar().rows()[2]->hasFocus());
 }
 
 TEST_F(Library, TheDetailPaneShowsAndChangesTheChosenClip) {

@@ -5,13 +5,13 @@
 
 namespace quillo {
 
-Swatch::Swatch(const QColor& color, const QString& name, QWidget* parent)
+Swatch::Swatch(const QColor& color, const QString& name, int disc, QWidget* parent)
     : PanelButton(QAccessible::RadioButton, parent), m_color(color) {
     setCheckable(true);
     setAccessibleName(name);
     setToolTip(name);
     setFocusPolicy(Qt::TabFocus);
-    setFixedSize(kSize, kSize);
+    setFixedSize(disc + 2 * kRing, disc + 2 * kRing);
 }
 
 void Swatch::setLook(const PopupLook& look) {
@@ -22,7 +22,7 @@ void Swatch::setLook(const PopupLook& look) {
 void Swatch::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    const QRectF disc = QRectF(rect()).adjusted(3, 3, -3, -3);
+    const QRectF disc = QRectF(rect()).adjusted(kRing, kRing, -kRing, -kRing);
     painter.setPen(Qt::NoPen);
     if (isChecked()) {
         // On a light ground a white ring is seen by the line around it.

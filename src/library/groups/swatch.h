@@ -13,9 +13,9 @@ class Swatch final : public PanelButton {
     Q_OBJECT
 
 public:
-    static constexpr int kSize = 24;
+    static constexpr int kRing = 3;  ///< What is kept around the disc.
 
-    Swatch(const QColor& color, const QString& name, QWidget* parent);
+    Swatch(const QColor& color, const QString& name, int disc, QWidget* parent);
 
     [[nodiscard]] QColor color() const { return m_color; }
     void setLook(const PopupLook& look);

@@ -8,17 +8,11 @@
 #include "model/group_palette.h"
 
 namespace quillo {
-namespace {
-
-constexpr int kHeight = 24;
-
-}  // namespace
-
-SwatchRow::SwatchRow(QWidget* parent) : QWidget(parent), m_group(new QButtonGroup(this)) {
+SwatchRow::SwatchRow(int disc, QWidget* parent) : QWidget(parent), m_group(new QButtonGroup(this)) {
     setAccessibleName(QStringLiteral("Color"));
     for (const GroupColor& offered : groupPalette()) {
         const QColor color = QColor::fromString(QLatin1StringView(offered.hex));
-        auto* swatch = new Swatch(color, QString::fromLatin1(offered.name), this);
+        auto* swatch = new Swatch(color, QString::fromLatin1(offered.name), disc, this);
         m_group->addButton(swatch);
         m_swatches.append(swatch);
         connect(swatch, &Swatch::toggled, this, [this, swatch](bool isChosen) {
@@ -27,7 +21,7 @@ SwatchRow::SwatchRow(QWidget* parent) : QWidget(parent), m_group(new QButtonGrou
             }
         });
     }
-    setFixedHeight(kHeight);
+    setFixedHeight(m_swatches.constFirst()->height());
 }
 
 // Two colours are the same when their stored texts are.
@@ -48,16 +42,16 @@ void SwatchRow::setLook(const PopupLook& look) {
 }
 
 QSize SwatchRow::sizeHint() const {
-    return {int(m_swatches.size()) * (Swatch::kSize + 1), kHeight};
+    return {int(m_swatches.size()) * (height() + 1), height()};
 }
 
 // The discs of the first and the last are level with what is above and below the row.
 void SwatchRow::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
-    constexpr int kRing = 3;
-    const double step = double(width() + 2 * kRing - Swatch::kSize) / double(m_swatches.size() - 1);
+    const double room = width() + 2 * Swatch::kRing - height();
+    const double step = room / double(m_swatches.size() - 1);
     for (qsizetype i = 0; i < m_swatches.size(); ++i) {
-        m_swatches.at(i)->move(int(double(i) * step) - kRing, (height() - Swatch::kSize) / 2);
+        m_swatches.at(i)->move(int(double(i) * step) - Swatch::kRing, 0);
     }
 }
 

@@ -18,7 +18,10 @@ class SwatchRow final : public QWidget {
     Q_OBJECT
 
 public:
-    explicit SwatchRow(QWidget* parent = nullptr);
+    static constexpr int kDisc = 18;
+
+    /// The discs are that wide.
+    explicit SwatchRow(int disc = kDisc, QWidget* parent = nullptr);
 
     /// Marks the swatch of that colour, or none when it is no colour of the palette.
     void setColor(const QColor& color);

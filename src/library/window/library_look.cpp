@@ -62,6 +62,10 @@ const LibraryLook& libraryLookOf(const QWidget& widget) {
     return libraryLook(schemeOf(widget.palette()));
 }
 
+PopupLook librarySheet(ColorScheme scheme) {
+    return popupLook(libraryLook(scheme).menus);
+}
+
 void setInk(QWidget& label, const QColor& color) {
     QPalette palette = label.palette();
     palette.setColor(QPalette::WindowText, color);

@@ -30,6 +30,9 @@ struct LibraryLook {
 /// The one that suits the widget's palette, which follows the theme.
 [[nodiscard]] const LibraryLook& libraryLookOf(const QWidget& widget);
 
+/// Of what stands on a sheet over the window.
+[[nodiscard]] PopupLook librarySheet(ColorScheme scheme);
+
 /// The colour of a label's text.
 void setInk(QWidget& label, const QColor& color);
 

@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <utility>
 
 #include "appearance/fonts.h"
 #include "library/groups/form_controls.h"
@@ -66,8 +67,7 @@ LibrarySidebar::LibrarySidebar(const LibrarySections& sections, QWidget* parent)
     m_column->addLayout(pinboards);
     m_column->addStretch();
     setWidget(m_content);
-    connect(m_plus, &PushButton::clicked, this,
-            [this] { Q_EMIT newPinboardRequested(Popup::anchorOf(*m_plus)); });
+    connect(m_plus, &PushButton::clicked, this, [this] { Q_EMIT editorRequested(std::nullopt); });
     connect(&m_sections, &LibrarySections::changed, this, &LibrarySidebar::updateRows);
     updateRows();
 }
@@ -124,28 +124,35 @@ void LibrarySidebar::updateRows() {
     }
 }
 
+// A section that stays keeps its row, and thereby the focus.
 void LibrarySidebar::makeRows(const QList<SidebarRowContent>& contents) {
-    const auto focused = std::ranges::find_if(m_rows, &QWidget::hasFocus);
-    const bool hadFocus = focused != m_rows.end();
-    const LibrarySection withFocus = hadFocus ? (*focused)->content().section : m_section;
-    for (SidebarRow* row : std::as_const(m_rows)) {
+    QList<SidebarRow*> rows;
+    for (const SidebarRowContent& content : contents) {
+        SidebarRow* row = takeRow(content);
+        rows.append(row);
         m_column->removeWidget(row);
+        const int headings = rows.size() <= kFixedRows ? 1 : 2;
+        m_column->insertWidget(int(rows.size()) - 1 + headings, row);
+    }
+    const bool hadFocus = std::ranges::any_of(m_rows, &QWidget::hasFocus);
+    for (SidebarRow* row : std::exchange(m_rows, rows)) {
         row->hide();
         row->deleteLater();
     }
-    m_rows.clear();
-    for (const SidebarRowContent& content : contents) {
-        m_rows.append(makeRow(content));
-        // Below the headings and above the space at the end.
-        const bool isFixed = m_rows.size() <= kFixedRows;
-        m_column->insertWidget(isFixed ? int(m_rows.size()) : m_column->count() - 1,
-                               m_rows.constLast());
-    }
     markSection();
     if (hadFocus) {
-        const SidebarRow* row = rowOf(withFocus);
-        focusRow(row != nullptr ? withFocus : LibrarySection());
+        focusRow(rowOf(m_section) != nullptr ? m_section : LibrarySection());
     }
+}
+
+SidebarRow* LibrarySidebar::takeRow(const SidebarRowContent& content) {
+    SidebarRow* row = rowOf(content.section);
+    if (row == nullptr) {
+        return makeRow(content);
+    }
+    m_rows.removeOne(row);
+    row->setContent(content);
+    return row;
 }
 
 SidebarRow* LibrarySidebar::makeRow(const SidebarRowContent& content) {
@@ -212,20 +219,27 @@ void LibrarySidebar::chooseBeside(int step) {
     }
 }
 
+// What the keys mean: a row can have the focus without being chosen.
+LibrarySection LibrarySidebar::sectionAtHand() const {
+    const auto focused = std::ranges::find_if(m_rows, &QWidget::hasFocus);
+    return focused != m_rows.end() ? (*focused)->content().section : m_section;
+}
+
 void LibrarySidebar::keyPressEvent(QKeyEvent* event) {
-    const bool isPinboard = m_section.kind == LibrarySection::Kind::Pinboard;
+    const LibrarySection section = sectionAtHand();
+    const bool isPinboard = section.kind == LibrarySection::Kind::Pinboard;
     const bool isUp = event->key() == Qt::Key_Up;
     if (isUp || event->key() == Qt::Key_Down) {
         if (!event->modifiers().testFlag(Qt::AltModifier)) {
             chooseBeside(isUp ? -1 : 1);
         } else if (isPinboard) {
-            const int place = int(m_rows.indexOf(rowOf(m_section))) - kFixedRows;
-            movePinboard(m_section.pinboard, isUp ? place - 1 : place + 2);
+            const int place = int(m_rows.indexOf(rowOf(section))) - kFixedRows;
+            movePinboard(section.pinboard, isUp ? place - 1 : place + 2);
         }
     } else if (isPinboard && event->key() == Qt::Key_F2) {
-        Q_EMIT renameRequested(m_section.pinboard, anchorOf(m_section.pinboard));
+        Q_EMIT renameRequested(section.pinboard);
     } else if (isPinboard && event->key() == Qt::Key_Delete) {
-        Q_EMIT deleteRequested(m_section.pinboard);
+        Q_EMIT deleteRequested(section.pinboard);
     } else {
         QScrollArea::keyPressEvent(event);
     }

@@ -38,9 +38,9 @@ public:
 
 Q_SIGNALS:
     void sectionChosen(const LibrarySection& section);
-    /// The anchors are in the window's coordinates.
-    void newPinboardRequested(const QRect& anchor);
-    void renameRequested(const QUuid& pinboard, const QRect& anchor);
+    /// For a new pinboard, or for that one.
+    void editorRequested(std::optional<QUuid> pinboard);
+    void renameRequested(const QUuid& pinboard);
     void deleteRequested(const QUuid& pinboard);
     /// The clip that the drag names; its source may know of more.
     void clipDropped(const LibrarySection& section, const QUuid& clip);
@@ -53,9 +53,10 @@ private:
     [[nodiscard]] QList<SidebarRowContent> contents() const;
     void updateRows();
     void makeRows(const QList<SidebarRowContent>& contents);
+    [[nodiscard]] SidebarRow* takeRow(const SidebarRowContent& content);
     [[nodiscard]] SidebarRow* makeRow(const SidebarRowContent& content);
     [[nodiscard]] SidebarRow* rowOf(const LibrarySection& section) const;
-    [[nodiscard]] QRect anchorOf(const QUuid& pinboard) const;
+    [[nodiscard]] LibrarySection sectionAtHand() const;
     void markSection();
     void focusRow(const LibrarySection& section);
     void choose(const LibrarySection& section);

@@ -21,11 +21,6 @@ constexpr int kLineHeight = 2;
 
 }  // namespace
 
-QRect LibrarySidebar::anchorOf(const QUuid& pinboard) const {
-    const SidebarRow* row = rowOf(LibrarySection::ofPinboard(pinboard));
-    return row != nullptr ? Popup::anchorOf(*row) : QRect();
-}
-
 MenuEntry LibrarySidebar::colorMenuOf(const QUuid& pinboard) {
     MenuEntry menu{.title = u"Change &Color"_s, .symbol = u"paintpalette"_s};
     const auto group = m_sections.groups().group(pinboard);
@@ -47,11 +42,13 @@ MenuEntry LibrarySidebar::colorMenuOf(const QUuid& pinboard) {
 
 std::vector<MenuEntry> LibrarySidebar::menuOf(const QUuid& pinboard) {
     std::vector<MenuEntry> entries;
-    entries.push_back(
-        {.title = u"&Rename"_s,
-         .symbol = u"pencil"_s,
-         .shortcut = u"F2"_s,
-         .action = [this, pinboard] { Q_EMIT renameRequested(pinboard, anchorOf(pinboard)); }});
+    entries.push_back({.title = u"&Rename"_s,
+                       .symbol = u"pencil"_s,
+                       .shortcut = u"F2"_s,
+                       .action = [this, pinboard] { Q_EMIT renameRequested(pinboard); }});
+    entries.push_back({.title = u"&Edit…"_s, .symbol = u"folder"_s, .action = [this, pinboard] {
+                           Q_EMIT editorRequested(pinboard);
+                       }});
     entries.push_back(colorMenuOf(pinboard));
     entries.push_back(MenuEntry::separator());
     entries.push_back({.title = u"&Delete"_s,

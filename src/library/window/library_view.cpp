@@ -122,12 +122,11 @@ QWidget* LibraryView::makeContent() {
 
 void LibraryView::connectParts() {
     connect(m_sidebar, &LibrarySidebar::sectionChosen, this, &LibraryView::showSection);
-    connect(m_sidebar, &LibrarySidebar::newPinboardRequested, this, &LibraryView::openEditor);
+    connect(m_sidebar, &LibrarySidebar::editorRequested, this, &LibraryView::openEditor);
     connect(m_sidebar, &LibrarySidebar::renameRequested, this, &LibraryView::openRename);
     connect(m_sidebar, &LibrarySidebar::deleteRequested, this, &LibraryView::deletePinboard);
     connect(m_sidebar, &LibrarySidebar::clipDropped, this, &LibraryView::takeDrop);
-    connect(m_newPinboard, &PushButton::clicked, this,
-            [this] { openEditor(Popup::anchorOf(*m_newPinboard)); });
+    connect(m_newPinboard, &PushButton::clicked, this, [this] { openEditor(); });
     connect(&m_searchBar->field(), &QLineEdit::textChanged, &m_clips, &LibraryClips::setSearchText);
     connect(&m_searchBar->field(), &LibrarySearchField::left, m_grid,
             [this] { m_grid->setFocus(Qt::TabFocusReason); });
@@ -190,7 +189,7 @@ void LibraryView::addShortcuts() {
         connect(new QShortcut(QKeySequence(keys), this), &QShortcut::activated, this, action);
     };
     add(u"Ctrl+F"_s, [this] { m_searchBar->focusField(); });
-    add(u"Ctrl+N"_s, [this] { openEditor(Popup::anchorOf(*m_newPinboard)); });
+    add(u"Ctrl+N"_s, [this] { openEditor(); });
     add(u"Ctrl+Z"_s, [this] { undo(); });
     add(u"F9"_s, [this] {
         keepFocus(*m_sidebar);

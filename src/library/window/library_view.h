@@ -74,10 +74,9 @@ private:
     void deletePinboard(const QUuid& pinboard);
     void openMenu(const QRect& anchor);
     [[nodiscard]] MenuEntry pinboardMenu();
-    void openEditor(const QRect& anchor);
-    void openRename(const QUuid& pinboard, const QRect& anchor);
-    template <typename Form>
-    void openForm(Form* form, const QRect& anchor);
+    /// For a new pinboard, or for that one.
+    void openEditor(std::optional<QUuid> pinboard = {});
+    void openRename(const QUuid& pinboard);
     void takeDrop(const LibrarySection& section, const QUuid& clip);
     [[nodiscard]] std::unique_ptr<QMimeData> dragData(const QList<QUuid>& clips) const;
     [[nodiscard]] QPixmap sourceIcon(const Clip& clip);

@@ -2,11 +2,12 @@
 // What is done to clips and pinboards from the library window.
 #include <QMimeData>
 
+#include "library/groups/alert.h"
 #include "library/groups/clip_drag.h"
 #include "library/groups/form_controls.h"
-#include "library/groups/text_field_menu.h"
 #include "library/window/library_view.h"
 #include "library/window/pinboard_editor.h"
+#include "model/groups.h"
 
 using namespace Qt::StringLiterals;
 
@@ -96,25 +97,34 @@ MenuEntry LibraryView::pinboardMenu() {
     return menu;
 }
 
-template <typename Form>
-void LibraryView::openForm(Form* form, const QRect& anchor) {
-    auto* popup = new Popup(window(), m_look.menus);
-    popup->setAccessibleName(form->accessibleName());
-    popup->setContent(form);
-    form->setLook(popup->look());
-    new TextFieldMenu(form->nameField(), window(), [this] { return m_look.menus; });
-    connect(form, &Form::saved, popup, &QWidget::close);
-    connect(form, &Form::cancelled, popup, &QWidget::close);
-    connect(popup, &Popup::closed, popup, &QObject::deleteLater);
-    popup->openAt(anchor);
+void LibraryView::openEditor(std::optional<QUuid> pinboard) {
+    if (Sheet::openIn(this) != nullptr) {
+        return;
+    }
+    auto* editor = new PinboardEditor(m_services.persistence.viewContext(), pinboard);
+    auto* sheet = new Sheet(this, librarySheet);
+    sheet->setContent(editor);
+    connect(editor, &PinboardEditor::saved, sheet, &Sheet::closeSheet);
+    connect(editor, &PinboardEditor::cancelled, sheet, &Sheet::closeSheet);
+    sheet->open(&editor->nameField());
 }
 
-void LibraryView::openEditor(const QRect& anchor) {
-    openForm(new PinboardEditor(m_services.persistence.viewContext(), std::nullopt), anchor);
-}
-
-void LibraryView::openRename(const QUuid& pinboard, const QRect& anchor) {
-    openForm(new RenamePinboardForm(m_services.persistence.viewContext(), pinboard), anchor);
+// As typed: an empty name is a pinboard without one.
+void LibraryView::openRename(const QUuid& pinboard) {
+    const auto board = m_groups.group(pinboard);
+    if (board == nullptr || Sheet::openIn(this) != nullptr) {
+        return;
+    }
+    Alert::ask(this, librarySheet,
+               {.title = u"Rename Pinboard"_s,
+                .field = u"Name"_s,
+                .text = board->title().value_or(QString()),
+                .confirm = u"Rename"_s,
+                .answered = [this, pinboard](const QString& name) {
+                    if (const auto renamed = m_groups.group(pinboard)) {
+                        (void)renameGroup(*renamed, name);
+                    }
+                }});
 }
 
 // A drag of the grid's own may be of several.
