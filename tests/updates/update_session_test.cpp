@@ -7,13 +7,13 @@
 #include <QApplication>
 #include <QDir>
 #include <QKeyEvent>
-#include <QPushButton>
 #include <QTemporaryDir>
 
 #include "app/updates/sparkle_update_manager.h"
 #include "app/updates/update_file.h"
 #include "app/updates/update_session.h"
 #include "app/updates/update_window.h"
+#include "library/groups/form_controls.h"
 #include "platform/network/qt_http_client.h"
 #include "support/fake_http_client.h"
 #include "support/wait_until.h"
@@ -238,9 +238,9 @@ TEST_F(Updates, TheWindowSaysWhatCanBeDoneAndReturnDoesIt) {
     QObject::connect(&window, &QDialog::rejected, &window, [&] { ++closings; });
     const auto press = [&window](Qt::Key key) {
         QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);
-        QCoreApplication::sendEvent(&window, &event);
+        QCoreApplication::sendEvent(window.focusWidget(), &event);
     };
-    const auto* action = window.findChildren<QPushButton*>().constLast();
+    const auto* action = window.findChildren<PushButton*>().constLast();
     const struct {
         UpdateStage stage;
         QString button;

@@ -5,13 +5,12 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QProgressBar>
-#include <QPushButton>
 #include <QVBoxLayout>
 
-#include "appearance/contrast.h"
 #include "appearance/fonts.h"
 #include "appearance/palette.h"
 #include "appearance/symbols.h"
+#include "library/groups/form_controls.h"
 
 using namespace Qt::StringLiterals;
 
@@ -25,22 +24,10 @@ constexpr int kTitlePixels = 15;
 constexpr int kTextPixels = 13;
 constexpr int kLongestProgress = 1'000;
 
-QString styleFor(const Palette& colors) {
-    const QColor ring = readableText(colors.accent, Ground{colors.panelBackground});
-    return u"QDialog{background:%1}"
-           "QLabel#text{color:%2}"
-           "QPushButton{background:%3;color:%4;border:2px solid transparent;border-radius:8px;"
-           "padding:5px 14px;min-width:64px}"
-           "QPushButton:hover{background:%8}"
-           "QPushButton:default{background:%5;color:white}"
-           "QPushButton:focus{border-color:%6}"
-           "QPushButton:default:focus{border-color:%7}"
-           "QProgressBar{background:%3;border:none;border-radius:3px;max-height:6px}"
-           "QProgressBar::chunk{background:%5;border-radius:3px}"_s.arg(
-               colors.panelBackground.name(), colors.secondaryText.name(), colors.field.name(),
-               colors.primaryText.name(), colors.accent.name(), ring.name(),
-               colors.primaryText.name(), mixed(colors.field, colors.primaryText, 0.1).name());
-}
+// In the roles of the palette, which follows the theme.
+const QString kProgressStyle =
+    u"QProgressBar{background:palette(button);border:none;border-radius:3px;max-height:6px}"
+    "QProgressBar::chunk{background:palette(highlight);border-radius:3px}"_s;
 
 }  // namespace
 
@@ -50,10 +37,10 @@ UpdateWindow::UpdateWindow(QWidget* parent)
       m_title(new QLabel(this)),
       m_text(new QLabel(this)),
       m_progress(new QProgressBar(this)),
-      m_close(new QPushButton(this)),
-      m_action(new QPushButton(this)) {
+      m_close(new PushButton(PushButton::Style::Plain, {})),
+      m_action(new PushButton(PushButton::Style::Default, {})) {
     setWindowTitle(u"Software Update"_s);
-    m_text->setObjectName(u"text"_s);
+    m_text->setForegroundRole(QPalette::PlaceholderText);
     m_text->setWordWrap(true);
     m_text->setTextFormat(Qt::PlainText);
     m_title->setTextFormat(Qt::PlainText);
@@ -61,11 +48,11 @@ UpdateWindow::UpdateWindow(QWidget* parent)
     m_text->setFont(sizedFont(font(), kTextPixels, QFont::Normal));
     m_progress->setTextVisible(false);
     m_progress->setAccessibleName(u"Progress"_s);
-    m_action->setDefault(true);
+    m_progress->setStyleSheet(kProgressStyle);
     layOut();
     takeColors();
-    connect(m_close, &QPushButton::clicked, this, &QDialog::reject);
-    connect(m_action, &QPushButton::clicked, this, [this] {
+    connect(m_close, &PushButton::clicked, this, &QDialog::reject);
+    connect(m_action, &PushButton::clicked, this, [this] {
         if (m_currentAction == UpdateAction::Close) {
             reject();
         } else {
@@ -84,26 +71,21 @@ void UpdateWindow::layOut() {
     top->setSpacing(16);
     top->addWidget(m_icon, 0, Qt::AlignTop);
     top->addLayout(texts, 1);
-    auto* buttons = new QHBoxLayout;
-    buttons->setSpacing(10);
-    buttons->addStretch(1);
-    buttons->addWidget(m_close);
-    buttons->addWidget(m_action);
     auto* all = new QVBoxLayout(this);
     all->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
     all->setSpacing(kMargin);
     all->setSizeConstraint(QLayout::SetFixedSize);
     all->addLayout(top);
-    all->addLayout(buttons);
+    all->addLayout(buttonRow({m_close, m_action}));
     m_text->setFixedWidth(kWidth - 2 * kMargin - kIconSize - 16);
     setTabOrder(m_action, m_close);
 }
 
 void UpdateWindow::takeColors() {
     const Palette& colors = paletteFor(schemeOf(palette()));
-    if (const QString style = styleFor(colors); style != styleSheet()) {
-        setStyleSheet(style);
-    }
+    PopupLook look = popupLook(colors);
+    look.field = colors.field;
+    dressControls(*this, look);
     m_icon->setPixmap(symbolPixmap(u"AppIcon"_s, kIconSize, Qt::black, devicePixelRatioF()));
 }
 

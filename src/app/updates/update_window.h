@@ -7,9 +7,10 @@
 
 class QLabel;
 class QProgressBar;
-class QPushButton;
 
 namespace quillo {
+
+class PushButton;
 
 /// The small window that says how far an update has come. Return presses its first button, Escape
 /// closes it (rejected()). Light or dark with the application. Never modal.
@@ -36,8 +37,8 @@ private:
     QLabel* m_title;
     QLabel* m_text;
     QProgressBar* m_progress;
-    QPushButton* m_close;
-    QPushButton* m_action;
+    PushButton* m_close;
+    PushButton* m_action;
     UpdateAction m_currentAction = UpdateAction::Close;
 };
 
