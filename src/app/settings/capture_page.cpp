@@ -12,7 +12,6 @@
 #include "app/settings/value_slider.h"
 #include "capture/capture_sound.h"
 #include "library/groups/form_controls.h"
-#include "platform/user_defaults.h"
 
 using namespace Qt::StringLiterals;
 
@@ -99,7 +98,7 @@ SettingsRow* CapturePage::limitRow() {
     connect(presets, &SegmentedControl::chosen, row, [&defaults](int index) {
         defaults.setObject(u"maxHistoryItems"_s, kLimits.at(size_t(index)));
     });
-    followSetting(defaults, u"maxHistoryItems"_s, row, [&defaults, value, presets] {
+    follow(defaults, u"maxHistoryItems"_s, row, [&defaults, value, presets] {
         const qint64 limit = limitInForce(defaults);
         value->setText(limit > 0 ? QString::number(limit) : u"Unlimited"_s);
         const auto* const preset = std::ranges::find(kLimits, limit);
@@ -131,7 +130,7 @@ SettingsRow* CapturePage::soundRow() {
     connect(sounds, &QComboBox::activated, row, [&defaults](int index) {
         defaults.setObject(u"captureSound"_s, rawValue(CaptureSound(index)));
     });
-    followSetting(defaults, u"captureSound"_s, row, [&defaults, sounds] {
+    follow(defaults, u"captureSound"_s, row, [&defaults, sounds] {
         sounds->setCurrentIndex(std::to_underlying(soundInForce(defaults)));
     });
     return row;
@@ -159,11 +158,11 @@ QWidget* CapturePage::volumeLine() {
             [&defaults](double volume) { defaults.setObject(u"captureSoundVolume"_s, volume); });
     connect(preview, &QAbstractButton::clicked, line,
             [this] { m_services.captureSounds.play(soundInForce(m_services.defaults)); });
-    followSetting(defaults, u"captureSoundVolume"_s, line, [&defaults, slider, percent] {
+    follow(defaults, u"captureSoundVolume"_s, line, [&defaults, slider, percent] {
         slider->setShownValue(volumeInForce(defaults));
         percent->setText(percentText(volumeInForce(defaults)));
     });
-    followSetting(defaults, u"captureSound"_s, line, [&defaults, preview] {
+    follow(defaults, u"captureSound"_s, line, [&defaults, preview] {
         preview->setEnabled(soundInForce(defaults) != CaptureSound::None);
     });
     return line;
@@ -182,7 +181,7 @@ SettingsRow* CapturePage::badgeSizeRow() {
     connect(sizes, &SegmentedControl::chosen, row, [&defaults](int index) {
         defaults.setObject(u"imageBadgeSize"_s, QString(kBadgeSizes.at(size_t(index))));
     });
-    followSetting(defaults, u"imageBadgeSize"_s, row, [&defaults, sizes] {
+    follow(defaults, u"imageBadgeSize"_s, row, [&defaults, sizes] {
         const QString stored = defaults.string(u"imageBadgeSize"_s).value_or(QString());
         const auto* const size = std::ranges::find(kBadgeSizes, stored);
         sizes->setCurrentIndex(size == kBadgeSizes.end() ? kMediumBadge

@@ -38,9 +38,8 @@ void ChoiceBox::paintEvent(QPaintEvent* /*event*/) {
     const PopupLook& look = lookOf(*this).controls;
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(underMouse() ? mixed(look.field, look.primaryText, 0.08) : look.field);
-    painter.drawRoundedRect(rect(), kRadius, kRadius);
+    fillRounded(painter, rect(), kRadius,
+                underMouse() ? mixed(look.field, look.primaryText, 0.08) : look.field);
     painter.setPen(look.primaryText);
     const QRect text = rect().adjusted(kPadding, 0, -2 * kPadding - kArrow, 0);
     painter.drawText(text, Qt::AlignVCenter | Qt::AlignLeft,

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QObject>
+#include "platform/user_defaults.h"
 
 namespace quillo {
 
@@ -10,6 +10,18 @@ namespace quillo {
 template <typename Owner, typename Signal, typename Show>
 void follow(const Owner& owner, Signal changed, QObject* control, Show show) {
     QObject::connect(&owner, changed, control, show);
+    show();
+}
+
+/// The same for one setting, whoever changes it.
+template <typename Show>
+void follow(const UserDefaults& defaults, const QString& key, QObject* control, Show show) {
+    QObject::connect(&defaults, &UserDefaults::changed, control,
+                     [key, show](const QString& changed) {
+                         if (changed == key) {
+                             show();
+                         }
+                     });
     show();
 }
 

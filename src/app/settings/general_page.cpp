@@ -59,10 +59,9 @@ SettingsRow* GeneralPage::monitoringRow() {
                                             : u"Start Clipboard Monitoring"_s);
         button->updateGeometry();
     };
-    connect(&watcher, &PasteboardWatcher::isRunningChanged, row, show);
     connect(button, &QAbstractButton::clicked, row,
             [&watcher] { watcher.isRunning() ? watcher.stop() : watcher.start(); });
-    show();
+    follow(watcher, &PasteboardWatcher::isRunningChanged, row, show);
     return row;
 }
 

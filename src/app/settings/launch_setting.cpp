@@ -6,7 +6,6 @@
 #include "app/settings/setting_rows.h"
 #include "app/settings/toggle_switch.h"
 #include "platform/login_item.h"
-#include "platform/user_defaults.h"
 
 using namespace Qt::StringLiterals;
 
@@ -22,7 +21,7 @@ LaunchSetting::LaunchSetting(const SettingsServices& services, SettingsRow& row)
     row.addBelow(m_trouble);
     m_trouble->hide();
     connect(m_switch, &ToggleSwitch::toggledByPerson, this, &LaunchSetting::change);
-    followSetting(services.defaults, u"launchAtLogin"_s, this, [this] { refresh(); });
+    follow(services.defaults, u"launchAtLogin"_s, this, [this] { refresh(); });
 }
 
 void LaunchSetting::refresh() {

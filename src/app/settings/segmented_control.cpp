@@ -52,9 +52,8 @@ protected:
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
         if (isChecked() || underMouse()) {
-            painter.setPen(Qt::NoPen);
-            painter.setBrush(isChecked() ? look.accent : mixed(look.field, look.primaryText, 0.08));
-            painter.drawRoundedRect(rect(), kRadius - kInset, kRadius - kInset);
+            fillRounded(painter, rect(), kRadius - kInset,
+                        isChecked() ? look.accent : mixed(look.field, look.primaryText, 0.08));
         }
         const QColor ink = isChecked() ? look.onAccent : look.secondaryText;
         const int width = symbolWidth() + fontMetrics().horizontalAdvance(text());
@@ -136,9 +135,7 @@ int SegmentedControl::currentIndex() const {
 void SegmentedControl::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(lookOf(*this).controls.field);
-    painter.drawRoundedRect(rect(), kRadius, kRadius);
+    fillRounded(painter, rect(), kRadius, lookOf(*this).controls.field);
 }
 
 }  // namespace quillo

@@ -68,9 +68,8 @@ protected:
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
         if (isChecked() || underMouse()) {
-            painter.setPen(Qt::NoPen);
-            painter.setBrush(isChecked() ? look.section : mixed(look.window, look.section, 0.5));
-            painter.drawRoundedRect(rect(), kRadius, kRadius);
+            fillRounded(painter, rect(), kRadius,
+                        isChecked() ? look.section : mixed(look.window, look.section, 0.5));
         }
         const QColor ink = isChecked() ? look.link : look.heading;
         painter.drawPixmap((width() - kSymbol) / 2, kSymbolTop,

@@ -35,9 +35,8 @@ void SymbolButton::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     if (underMouse() || isDown()) {
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(isDown() ? mixed(look.field, look.primaryText, 0.1) : look.field);
-        painter.drawRoundedRect(rect(), kRadius, kRadius);
+        fillRounded(painter, rect(), kRadius,
+                    isDown() ? mixed(look.field, look.primaryText, 0.1) : look.field);
     }
     constexpr int kInset = (kSize - kSymbol) / 2;
     painter.drawPixmap(

@@ -42,9 +42,7 @@ void ToggleSwitch::paintEvent(QPaintEvent* /*event*/) {
     if (underMouse() && isEnabled()) {
         ground = mixed(ground, look.controls.primaryText, 0.08);
     }
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(ground);
-    painter.drawRoundedRect(track, track.height() / 2, track.height() / 2);
+    fillRounded(painter, track, track.height() / 2, ground);
     const qreal gap = (track.height() - kKnob) / 2;
     const qreal x = isChecked() ? track.right() - gap - kKnob : track.left() + gap;
     painter.setBrush(Qt::white);

@@ -57,9 +57,7 @@ void ValueSlider::paintEvent(QPaintEvent* /*event*/) {
     const qreal room = width() - kKnob - 2 * kRoom;
     const qreal x = kRoom + kKnob / 2 + room * value() / qMax(1, maximum());
     const QRectF track(kRoom, middle - kTrack / 2, width() - 2 * kRoom, kTrack);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(look.track);
-    painter.drawRoundedRect(track, kTrack / 2, kTrack / 2);
+    fillRounded(painter, track, kTrack / 2, look.track);
     painter.setBrush(look.controls.accent);
     painter.drawRoundedRect(QRectF(track.left(), track.top(), x - track.left(), kTrack), kTrack / 2,
                             kTrack / 2);

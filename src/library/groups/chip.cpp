@@ -8,6 +8,7 @@
 #include "appearance/contrast.h"
 #include "appearance/fonts.h"
 #include "appearance/symbols.h"
+#include "library/groups/form_controls.h"
 
 namespace quillo {
 namespace {
@@ -142,9 +143,7 @@ int Chip::paintMark(QPainter& painter, int x, const Inks& inks) const {
 
 void Chip::paintChip(QPainter& painter) const {
     const Inks colors = inks();
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(colors.ground);
-    painter.drawRoundedRect(rect(), kRadius, kRadius);
+    fillRounded(painter, rect(), kRadius, colors.ground);
     if (m_isDropTarget || hasFocus()) {
         // On the accent itself the ring is the colour of the text.
         painter.setPen(QPen(isChecked() ? colors.primary : ringOn(colors.ground), 2));

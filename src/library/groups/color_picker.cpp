@@ -29,9 +29,7 @@ protected:
     void paintEvent(QPaintEvent* /*event*/) override {
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(m_color);
-        painter.drawRoundedRect(rect().adjusted(0, 3, 0, 0), 5, 5);
+        fillRounded(painter, rect().adjusted(0, 3, 0, 0), 5, m_color);
     }
 
 private:

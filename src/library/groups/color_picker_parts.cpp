@@ -28,12 +28,6 @@ double stepOf(const QKeyEvent& event) {
     return (event.modifiers() & Qt::ShiftModifier) != 0 ? 0.1 : 0.01;
 }
 
-void fillRounded(QPainter& painter, const QRectF& area, const QBrush& brush) {
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(brush);
-    painter.drawRoundedRect(area, kRadius, kRadius);
-}
-
 // Dark outside and white inside, so that it is seen on every colour; whole at the edges too.
 void paintHandle(QPainter& painter, const QWidget& widget, const QPointF& place,
                  const QColor& color) {
@@ -84,11 +78,11 @@ void ShadeSquare::paintEvent(QPaintEvent* /*event*/) {
     QLinearGradient saturation(area.topLeft(), area.topRight());
     saturation.setColorAt(0, Qt::white);
     saturation.setColorAt(1, QColor::fromHsvF(float(m_hue), 1, 1));
-    fillRounded(painter, area, saturation);
+    fillRounded(painter, area, kRadius, saturation);
     QLinearGradient value(area.topLeft(), area.bottomLeft());
     value.setColorAt(0, Qt::transparent);
     value.setColorAt(1, Qt::black);
-    fillRounded(painter, area, value);
+    fillRounded(painter, area, kRadius, value);
     if (hasFocus()) {
         paintFocusRing(painter, rect(), kRadius + 2, m_look.ring);
     }
@@ -155,7 +149,7 @@ void HueStrip::paintEvent(QPaintEvent* /*event*/) {
     for (int i = 0; i <= kStops; ++i) {
         hues.setColorAt(double(i) / kStops, QColor::fromHsvF(float(i % kStops) / kStops, 1, 1));
     }
-    fillRounded(painter, area, hues);
+    fillRounded(painter, area, kRadius, hues);
     if (hasFocus()) {
         paintFocusRing(painter, rect(), kRadius + 2, m_look.ring);
     }

@@ -51,9 +51,7 @@ void GroupPickerRow::paintEvent(QPaintEvent* /*event*/) {
     const bool isRaised = underMouse() || isDown();
     const QColor ground = isRaised ? m_look.field : m_look.ground;
     if (isRaised) {
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(ground);
-        painter.drawRoundedRect(rect(), kRadius, kRadius);
+        fillRounded(painter, rect(), kRadius, ground);
     }
     int x = kPadding;
     const bool isAccented = isChecked() || !isCheckable();
@@ -63,9 +61,8 @@ void GroupPickerRow::paintEvent(QPaintEvent* /*event*/) {
                        symbolPixmap(m_symbol, kSymbol, mark, devicePixelRatioF()));
     x += kSymbol + kGap;
     if (m_content.hasColor) {
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(m_content.color.value_or(m_look.accent));
-        painter.drawRoundedRect(QRectF(x, (height() - kSquare) / 2.0, kSquare, kSquare), 3, 3);
+        fillRounded(painter, QRectF(x, (height() - kSquare) / 2.0, kSquare, kSquare), 3,
+                    m_content.color.value_or(m_look.accent));
         x += kSquare + kGap;
     }
     painter.setPen(m_look.primaryText);

@@ -7,6 +7,7 @@
 #include "appearance/contrast.h"
 #include "appearance/fonts.h"
 #include "appearance/symbols.h"
+#include "library/groups/form_controls.h"
 
 namespace quillo {
 namespace {
@@ -164,9 +165,7 @@ void MenuRow::paintEvent(QPaintEvent* /*event*/) {
     painter.setRenderHint(QPainter::Antialiasing);
     const bool isHighlighted = isEnabled() && (isCurrent() || m_isSubmenuOpen);
     if (isHighlighted) {
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(m_look.accent);
-        painter.drawRoundedRect(rect(), kRadius, kRadius);
+        fillRounded(painter, rect(), kRadius, m_look.accent);
     }
     const QColor color = ink(isHighlighted);
     paintMark(painter, color);

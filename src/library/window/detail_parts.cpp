@@ -110,9 +110,7 @@ void DetailHeader::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const QRect tile(0, (height() - kTile) / 2, kTile, kTile);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(m_content.tile);
-    painter.drawRoundedRect(tile, 6, 6);
+    fillRounded(painter, tile, 6, m_content.tile);
     drawSnapped(painter, QRectF(tile).adjusted(6, 6, -6, -6),
                 symbolPixmap(m_content.symbol, kTile - 12,
                              readableText(Qt::white, {m_content.tile}), devicePixelRatioF()));
@@ -225,11 +223,9 @@ QSize MembershipChip::sizeHint() const {
 void MembershipChip::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
     const double share = isDown() ? 0.14 : underMouse() ? 0.07 : 0;
     const QColor ground = mixed(m_look.field, m_look.primaryText, share);
-    painter.setBrush(ground);
-    painter.drawRoundedRect(rect(), kHeight / 2.0, kHeight / 2.0);
+    fillRounded(painter, rect(), kHeight / 2.0, ground);
     painter.setBrush(m_item.color.value_or(m_look.accent));
     painter.drawEllipse(QRectF(kChipPadding, (height() - kDot) / 2.0, kDot, kDot));
     painter.setPen(readableText(m_look.primaryText, {ground}));

@@ -28,11 +28,7 @@ LibraryLook darkLook() {
             .cardBorder = QColor(0x3d, 0x3d, 0x3f),
             .field = QColor(0x2e, 0x2e, 0x30),
             .primaryText = QColor(0xf2, 0xf2, 0xf5),
-            .secondaryText = QColor(0xa9, 0xa9, 0xb0),
-            .accent = QColor(0x2d, 0x6f, 0xe8),
-            .onAccent = Qt::white,
-            .menus = {},
-            .controls = {}};
+            .secondaryText = QColor(0xa9, 0xa9, 0xb0)};
 }
 
 LibraryLook lightLook() {
@@ -43,11 +39,7 @@ LibraryLook lightLook() {
             .cardBorder = QColor(0xe3, 0xe3, 0xe5),
             .field = QColor(0xf1, 0xf1, 0xf1),
             .primaryText = QColor(0x1c, 0x1c, 0x1e),
-            .secondaryText = QColor(0x5e, 0x5e, 0x66),
-            .accent = QColor(0x2d, 0x6f, 0xe8),
-            .onAccent = Qt::white,
-            .menus = {},
-            .controls = {}};
+            .secondaryText = QColor(0x5e, 0x5e, 0x66)};
 }
 
 }  // namespace

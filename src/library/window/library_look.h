@@ -20,10 +20,10 @@ struct LibraryLook {
     QColor field;  ///< Text fields, buttons and chips.
     QColor primaryText;
     QColor secondaryText;
-    QColor accent;
-    QColor onAccent;
-    Palette menus;       ///< Of what floats above the window.
-    PopupLook controls;  ///< Of fields and buttons that stand on the ground.
+    QColor accent = QColor(0x2d, 0x6f, 0xe8);
+    QColor onAccent = Qt::white;
+    Palette menus = {};       ///< Of what floats above the window.
+    PopupLook controls = {};  ///< Of fields and buttons that stand on the ground.
 };
 
 [[nodiscard]] const LibraryLook& libraryLook(ColorScheme scheme);

@@ -79,15 +79,13 @@ bool SidebarRow::event(QEvent* event) {
 void SidebarRow::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
     QColor ground = isChecked()    ? m_look.accent
                     : underMouse() ? mixed(m_look.sidebar, m_look.primaryText, 0.07)
                                    : m_look.sidebar;
     if (m_isDropTarget) {
         ground = mixed(m_look.sidebar, m_look.accent, 0.45);
     }
-    painter.setBrush(ground);
-    painter.drawRoundedRect(rect(), kRadius, kRadius);
+    fillRounded(painter, rect(), kRadius, ground);
     const QColor ink = isChecked() ? m_look.onAccent : readableText(m_look.primaryText, {ground});
     const QColor symbol = isChecked() ? ink : m_content.symbolColor.value_or(ink);
     painter.drawPixmap(kLeft, (height() - kSymbol) / 2,
