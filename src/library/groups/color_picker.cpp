@@ -61,8 +61,8 @@ ColorPicker::ColorPicker(QWidget* parent)
     setColor(m_color);
     m_sample->setColor(m_color);
     showHex();
-    connect(m_square, &ShadeSquare::moved, this, &ColorPicker::choose);
-    connect(m_strip, &HueStrip::moved, this, &ColorPicker::choose);
+    connect(m_square, &ColorField::moved, this, &ColorPicker::choose);
+    connect(m_strip, &ColorField::moved, this, &ColorPicker::choose);
     connect(m_hex, &QLineEdit::textEdited, this, &ColorPicker::hexEdited);
     connect(m_hex, &QLineEdit::editingFinished, this, &ColorPicker::showHex);
 }
@@ -89,8 +89,7 @@ void ColorPicker::setLook(const PopupLook& look) {
 
 void ColorPicker::choose() {
     m_square->setHue(m_strip->hue());
-    const QColor chosen = QColor::fromHsvF(float(m_strip->hue()), float(m_square->saturation()),
-                                           float(m_square->value()));
+    const QColor chosen = m_square->chosenColor();
     m_color = QColor(chosen.red(), chosen.green(), chosen.blue());
     m_sample->setColor(m_color);
     showHex();

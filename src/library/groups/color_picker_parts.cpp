@@ -4,7 +4,6 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QPainterPath>
 #include <algorithm>
 
 #include "library/groups/form_controls.h"
@@ -16,16 +15,24 @@ constexpr qreal kRadius = 5;
 constexpr int kInset = 3;
 constexpr int kStripWidth = 20;
 
-QRectF fieldOf(const QWidget& widget) {
+QRectF areaOf(const QWidget& widget) {
     return QRectF(widget.rect()).adjusted(kInset, kInset, -kInset, -kInset);
 }
 
-double shareOf(qreal position, qreal start, qreal length) {
-    return length > 0 ? std::clamp((position - start) / length, 0.0, 1.0) : 0.0;
-}
-
-double stepOf(const QKeyEvent& event) {
-    return (event.modifiers() & Qt::ShiftModifier) != 0 ? 0.1 : 0.01;
+QPointF stepOf(const QKeyEvent& event) {
+    const double step = (event.modifiers() & Qt::ShiftModifier) != 0 ? 0.1 : 0.01;
+    switch (event.key()) {
+        case Qt::Key_Left:
+            return {-step, 0};
+        case Qt::Key_Right:
+            return {step, 0};
+        case Qt::Key_Up:
+            return {0, -step};
+        case Qt::Key_Down:
+            return {0, step};
+        default:
+            return {};
+    }
 }
 
 // Dark outside and white inside, so that it is seen on every colour; whole at the edges too.
@@ -44,37 +51,70 @@ void paintHandle(QPainter& painter, const QWidget& widget, const QPointF& place,
 
 }  // namespace
 
-ShadeSquare::ShadeSquare(QWidget* parent) : QWidget(parent) {
+ColorField::ColorField(const QString& name, Qt::Orientations axes) : m_axes(axes) {
     setFocusPolicy(Qt::StrongFocus);
-    setAccessibleName(QStringLiteral("Saturation and brightness"));
-    setAccessibleDescription(QStringLiteral("The arrow keys change them"));
+    setAccessibleName(name);
+    setAccessibleDescription(QStringLiteral("The arrow keys change it"));
 }
 
-void ShadeSquare::setShade(double saturation, double value) {
-    m_saturation = std::clamp(saturation, 0.0, 1.0);
-    m_value = std::clamp(value, 0.0, 1.0);
+void ColorField::setLook(const PopupLook& look) {
+    m_look = look;
     update();
 }
+
+void ColorField::setPlace(const QPointF& place) {
+    m_place = {std::clamp(place.x(), 0.0, 1.0), std::clamp(place.y(), 0.0, 1.0)};
+    update();
+}
+
+void ColorField::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QRectF area = areaOf(*this);
+    paintColors(painter, area);
+    if (hasFocus()) {
+        paintFocusRing(painter, rect(), kRadius + 2, m_look.ring);
+    }
+    paintHandle(painter, *this,
+                area.topLeft() + QPointF(m_place.x() * area.width(), m_place.y() * area.height()),
+                chosenColor());
+}
+
+void ColorField::mousePressEvent(QMouseEvent* event) {
+    mouseMoveEvent(event);
+}
+
+void ColorField::mouseMoveEvent(QMouseEvent* event) {
+    const QRectF area = areaOf(*this);
+    const QPointF at = event->position() - area.topLeft();
+    const bool isWide = m_axes.testFlag(Qt::Horizontal);
+    setPlace({isWide ? at.x() / std::max(1.0, area.width()) : m_place.x(),
+              at.y() / std::max(1.0, area.height())});
+    Q_EMIT moved();
+}
+
+void ColorField::keyPressEvent(QKeyEvent* event) {
+    QPointF step = stepOf(*event);
+    if (step.isNull()) {
+        QWidget::keyPressEvent(event);
+        return;
+    }
+    if (!m_axes.testFlag(Qt::Horizontal)) {
+        step = {0, step.x() + step.y()};
+    }
+    setPlace(m_place + step);
+    Q_EMIT moved();
+}
+
+ShadeSquare::ShadeSquare()
+    : ColorField(QStringLiteral("Saturation and brightness"), Qt::Horizontal | Qt::Vertical) {}
 
 void ShadeSquare::setHue(double hue) {
     m_hue = hue;
     update();
 }
 
-void ShadeSquare::setLook(const PopupLook& look) {
-    m_look = look;
-    update();
-}
-
-void ShadeSquare::moveTo(double saturation, double value) {
-    setShade(saturation, value);
-    Q_EMIT moved();
-}
-
-void ShadeSquare::paintEvent(QPaintEvent* /*event*/) {
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    const QRectF area = fieldOf(*this);
+void ShadeSquare::paintColors(QPainter& painter, const QRectF& area) const {
     QLinearGradient saturation(area.topLeft(), area.topRight());
     saturation.setColorAt(0, Qt::white);
     saturation.setColorAt(1, QColor::fromHsvF(float(m_hue), 1, 1));
@@ -83,100 +123,28 @@ void ShadeSquare::paintEvent(QPaintEvent* /*event*/) {
     value.setColorAt(0, Qt::transparent);
     value.setColorAt(1, Qt::black);
     fillRounded(painter, area, kRadius, value);
-    if (hasFocus()) {
-        paintFocusRing(painter, rect(), kRadius + 2, m_look.ring);
-    }
-    paintHandle(
-        painter, *this,
-        {area.left() + m_saturation * area.width(), area.bottom() - m_value * area.height()},
-        QColor::fromHsvF(float(m_hue), float(m_saturation), float(m_value)));
 }
 
-void ShadeSquare::mousePressEvent(QMouseEvent* event) {
-    mouseMoveEvent(event);
+QColor ShadeSquare::chosenColor() const {
+    return QColor::fromHsvF(float(m_hue), float(saturation()), float(value()));
 }
 
-void ShadeSquare::mouseMoveEvent(QMouseEvent* event) {
-    const QRectF area = fieldOf(*this);
-    moveTo(shareOf(event->position().x(), area.left(), area.width()),
-           1 - shareOf(event->position().y(), area.top(), area.height()));
-}
-
-void ShadeSquare::keyPressEvent(QKeyEvent* event) {
-    const double step = stepOf(*event);
-    switch (event->key()) {
-        case Qt::Key_Left:
-            return moveTo(m_saturation - step, m_value);
-        case Qt::Key_Right:
-            return moveTo(m_saturation + step, m_value);
-        case Qt::Key_Up:
-            return moveTo(m_saturation, m_value + step);
-        case Qt::Key_Down:
-            return moveTo(m_saturation, m_value - step);
-        default:
-            QWidget::keyPressEvent(event);
-    }
-}
-
-HueStrip::HueStrip(QWidget* parent) : QWidget(parent) {
-    setFocusPolicy(Qt::StrongFocus);
+HueStrip::HueStrip() : ColorField(QStringLiteral("Hue"), Qt::Vertical) {
     setFixedWidth(kStripWidth);
-    setAccessibleName(QStringLiteral("Hue"));
-    setAccessibleDescription(QStringLiteral("The arrow keys change it"));
+    setHue(0);
 }
 
-void HueStrip::setHue(double hue) {
-    m_hue = std::clamp(hue, 0.0, 1.0);
-    update();
-}
-
-void HueStrip::setLook(const PopupLook& look) {
-    m_look = look;
-    update();
-}
-
-void HueStrip::moveTo(double hue) {
-    setHue(hue);
-    Q_EMIT moved();
-}
-
-void HueStrip::paintEvent(QPaintEvent* /*event*/) {
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    const QRectF area = fieldOf(*this);
+void HueStrip::paintColors(QPainter& painter, const QRectF& area) const {
     QLinearGradient hues(area.topLeft(), area.bottomLeft());
     constexpr int kStops = 6;
     for (int i = 0; i <= kStops; ++i) {
         hues.setColorAt(double(i) / kStops, QColor::fromHsvF(float(i % kStops) / kStops, 1, 1));
     }
     fillRounded(painter, area, kRadius, hues);
-    if (hasFocus()) {
-        paintFocusRing(painter, rect(), kRadius + 2, m_look.ring);
-    }
-    paintHandle(painter, *this, {area.center().x(), area.top() + m_hue * area.height()},
-                QColor::fromHsvF(float(m_hue), 1, 1));
 }
 
-void HueStrip::mousePressEvent(QMouseEvent* event) {
-    mouseMoveEvent(event);
-}
-
-void HueStrip::mouseMoveEvent(QMouseEvent* event) {
-    const QRectF area = fieldOf(*this);
-    moveTo(shareOf(event->position().y(), area.top(), area.height()));
-}
-
-void HueStrip::keyPressEvent(QKeyEvent* event) {
-    switch (event->key()) {
-        case Qt::Key_Up:
-        case Qt::Key_Left:
-            return moveTo(m_hue - stepOf(*event));
-        case Qt::Key_Down:
-        case Qt::Key_Right:
-            return moveTo(m_hue + stepOf(*event));
-        default:
-            QWidget::keyPressEvent(event);
-    }
+QColor HueStrip::chosenColor() const {
+    return QColor::fromHsvF(float(hue()), 1, 1);
 }
 
 }  // namespace quillo
