@@ -10,7 +10,6 @@
 #include <QRegularExpression>
 
 #include "app/settings/choice_box.h"
-#include "app/settings/privacy_page.h"
 #include "app/settings/segmented_control.h"
 #include "app/settings/settings_view.h"
 #include "app/settings/status_label.h"
@@ -361,20 +360,6 @@ TEST_F(SettingsViewTest, KeysChangeTheTabAndCloseTheWindow) {
     }
     press(Qt::Key_Escape);
     EXPECT_FALSE(m_view->isVisible());
-}
-
-TEST_F(SettingsViewTest, ThePrivacyPageSaysWhatTheSessionDoes) {
-    for (const auto& [session, told] :
-         {std::pair(DesktopSession::X11, u"This app needs no permissions here"_s),
-          std::pair(DesktopSession::Wayland, u"What this Wayland session lets the app do"_s)}) {
-        const PrivacyPage page(session, {});
-        QStringList shown;
-        for (const QLabel* label : page.findChildren<QLabel*>()) {
-            shown.append(label->text());
-        }
-        EXPECT_TRUE(shown.contains(told));
-        EXPECT_TRUE(shown.contains(u"All clipboard data stays on your device"_s));
-    }
 }
 
 }  // namespace
