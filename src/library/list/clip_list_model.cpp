@@ -1,19 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "library/list/clip_list_model.h"
 
-#include <algorithm>
-
-#include "base/logging.h"
-
 using namespace Qt::StringLiterals;
 
 namespace quillo {
 namespace {
 
-QUILLO_LOG_CATEGORY(lcList, "ClipList")
-
 constexpr qsizetype kRowsAtOnce = 40;
-constexpr qsizetype kRowsKept = 2000;
+constexpr qsizetype kMostRows = 2000;
 constexpr qsizetype kLongestText = 400;
 
 ClipRow rowOf(const Clip& clip) {
@@ -30,8 +24,10 @@ QString counted(qint64 count, const char* one, const char* many) {
 
 ClipListModel::ClipListModel(PersistenceController& persistence, const Clock& clock,
                              QObject* parent)
-    : QAbstractListModel(parent), m_persistence(persistence), m_clock(clock) {
-    connect(&m_persistence.viewContext(), &ObjectContext::changed, this,
+    : QAbstractListModel(parent),
+      m_clock(clock),
+      m_rows(persistence.viewContext(), kMostRows, &rowOf) {
+    connect(&persistence.viewContext(), &ObjectContext::changed, this,
             &ClipListModel::storeChanged);
 }
 
@@ -45,12 +41,14 @@ int ClipListModel::rowCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : int(m_ids.size());
 }
 
+// Whoever looks at a row soon looks at those around it.
 ClipRow ClipListModel::row(int index) const {
     const QUuid id = m_ids.value(index);
-    if (!m_rows.contains(id)) {
-        load(index);
+    if (m_rows.row(id) == nullptr) {
+        m_rows.load(m_ids, index - kRowsAtOnce / 2, index + kRowsAtOnce / 2);
     }
-    return m_rows.value(id);
+    const ClipRow* known = m_rows.row(id);
+    return known != nullptr ? *known : ClipRow();
 }
 
 QString ClipListModel::age(int index) const {
@@ -72,34 +70,8 @@ QVariant ClipListModel::data(const QModelIndex& index, int role) const {
     return {};
 }
 
-void ClipListModel::load(int around) const {
-    if (m_rows.size() > kRowsKept) {
-        m_rows.clear();
-    }
-    const qsizetype first = std::max<qsizetype>(0, around - kRowsAtOnce / 2);
-    FetchRequest request;
-    for (const QUuid& id : m_ids.mid(first, kRowsAtOnce)) {
-        request.ids.append({Entity::Clip, id});
-        // One that is gone is not asked for again.
-        m_rows.insert(id, {});
-    }
-    const auto clips = m_persistence.viewContext().fetch<Clip>(request);
-    if (!clips) {
-        qCCritical(lcList, "Error fetching clips: %s", qUtf8Printable(clips.error().text));
-        return;
-    }
-    for (const std::shared_ptr<Clip>& clip : *clips) {
-        m_rows.insert(clip->id(), rowOf(*clip));
-    }
-}
-
 void ClipListModel::storeChanged(const ChangeSet& changes) {
-    if (changes.everything) {
-        m_rows.clear();
-    }
-    for (const ChangeSet::Update& update : changes.updated) {
-        m_rows.remove(update.id.key);
-    }
+    m_rows.forget(changes);
     const bool mayShowChange = changes.everything || !changes.updated.isEmpty();
     if (mayShowChange && !m_ids.isEmpty()) {
         Q_EMIT dataChanged(index(0), index(int(m_ids.size()) - 1));

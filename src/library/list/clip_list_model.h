@@ -2,11 +2,11 @@
 #pragma once
 
 #include <QAbstractListModel>
-#include <QHash>
 #include <QUuid>
 #include <optional>
 
 #include "base/clock.h"
+#include "library/list/clip_row_cache.h"
 #include "model/clip.h"
 #include "model/persistence_controller.h"
 
@@ -43,12 +43,10 @@ public:
 
 private:
     void storeChanged(const ChangeSet& changes);
-    void load(int around) const;
 
-    PersistenceController& m_persistence;
     const Clock& m_clock;
     QList<QUuid> m_ids;
-    mutable QHash<QUuid, ClipRow> m_rows;  ///< What was looked at lately.
+    mutable ClipRowCache<ClipRow> m_rows;
 };
 
 /// "now", "2 min ago", "1 hr ago", "1 day ago", then weeks, months and years; "Unknown" for no

@@ -15,7 +15,6 @@ QUILLO_LOG_CATEGORY(lcClips, "LibraryClips")
 // More than a large screen shows, and read within a frame.
 constexpr qsizetype kFirstClips = 200;
 constexpr qsizetype kMostCards = 600;
-constexpr qsizetype kKeptBeside = 100;
 
 FetchRequest newestFirst(const LibrarySection& section, std::optional<FilterType> filter) {
     FetchRequest request;
@@ -50,7 +49,11 @@ LibraryClips::LibraryClips(PersistenceController& persistence, ClipSearch& share
     : QObject(parent),
       m_persistence(persistence),
       m_search(sharedSearch),
-      m_sourceName(std::move(sourceName)) {
+      m_cards(persistence.viewContext(), kMostCards,
+              [name = std::move(sourceName)](const Clip& clip) {
+                  const QString source = clip.sourceBundleId().value_or(QString());
+                  return cardContentFor(clip, source.isEmpty() ? source : name(source));
+              }) {
     connect(&m_persistence.viewContext(), &ObjectContext::changed, this, &LibraryClips::follow);
     connect(&m_search, &ClipSearch::firstFound, this, &LibraryClips::takePage);
     connect(&m_search, &ClipSearch::finished, this, &LibraryClips::takeResult);
@@ -203,7 +206,9 @@ void LibraryClips::takeResult(const SearchResult& result) {
 }
 
 void LibraryClips::follow(const ChangeSet& changes) {
-    forgetCards(changes);
+    for (const QUuid& clip : m_cards.forget(changes)) {
+        Q_EMIT cardChanged(clip);
+    }
     if (!concerns(changes)) {
         return;
     }
@@ -231,53 +236,6 @@ bool LibraryClips::concerns(const ChangeSet& changes) const {
            std::ranges::any_of(changes.updated, [&](const ChangeSet::Update& update) {
                return update.id == board || (isOfClip(update.id) && !update.attributes.isEmpty());
            });
-}
-
-void LibraryClips::forgetCards(const ChangeSet& changes) {
-    if (changes.everything) {
-        m_cards.clear();
-    }
-    for (const ObjectId& id : changes.deleted) {
-        m_cards.remove(id.key);
-    }
-    for (const ChangeSet::Update& update : changes.updated) {
-        if (isOfClip(update.id) && m_cards.remove(update.id.key)) {
-            Q_EMIT cardChanged(update.id.key);
-        }
-    }
-}
-
-void LibraryClips::load(qsizetype first, qsizetype last) {
-    FetchRequest request;
-    for (qsizetype i = std::max<qsizetype>(first, 0); i <= last && i < m_ids.size(); ++i) {
-        if (!m_cards.contains(m_ids[i])) {
-            request.ids.append({Entity::Clip, m_ids[i]});
-        }
-    }
-    if (request.ids.isEmpty()) {
-        return;
-    }
-    if (m_cards.size() > kMostCards) {
-        const QList<QUuid> near =
-            m_ids.mid(std::max<qsizetype>(first - kKeptBeside, 0), last - first + 2 * kKeptBeside);
-        const QSet<QUuid> kept(near.begin(), near.end());
-        m_cards.removeIf([&](const auto& card) { return !kept.contains(card.key()); });
-    }
-    const auto clips = m_persistence.viewContext().fetch<Clip>(request);
-    if (!clips) {
-        qCWarning(lcClips, "Clips cannot be read: %ls", qUtf16Printable(clips.error().text));
-        return;
-    }
-    for (const std::shared_ptr<Clip>& clip : *clips) {
-        const QString source = clip->sourceBundleId().value_or(QString());
-        m_cards.insert(clip->id(),
-                       cardContentFor(*clip, source.isEmpty() ? source : m_sourceName(source)));
-    }
-}
-
-const CardContent* LibraryClips::card(const QUuid& clip) const {
-    const auto found = m_cards.constFind(clip);
-    return found != m_cards.cend() ? &*found : nullptr;
 }
 
 }  // namespace quillo

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QHash>
 #include <QObject>
 #include <QSet>
 #include <QUuid>
 #include <functional>
 
+#include "library/list/clip_row_cache.h"
 #include "library/thumbnails/card_content.h"
 #include "library/window/library_section.h"
 #include "model/persistence_controller.h"
@@ -48,11 +48,15 @@ public:
     [[nodiscard]] bool isPending() const { return m_isPending; }
     /// ids() is the whole list, not only what is shown first.
     [[nodiscard]] bool isComplete() const { return m_isComplete; }
+    /// The list is a pinboard's in its own order, neither searched nor filtered.
+    [[nodiscard]] bool hasOwnOrder() const {
+        return m_section.kind == LibrarySection::Kind::Pinboard && m_isWhole;
+    }
 
     /// Reads the cards of these places, unless they were read already. A few others are kept.
-    void load(qsizetype first, qsizetype last);
+    void load(qsizetype first, qsizetype last) { m_cards.load(m_ids, first, last); }
     /// Null for a clip that was not loaded.
-    [[nodiscard]] const CardContent* card(const QUuid& clip) const;
+    [[nodiscard]] const CardContent* card(const QUuid& clip) const { return m_cards.row(clip); }
 
 Q_SIGNALS:
     /// The list answers another question: it starts anew.
@@ -75,19 +79,17 @@ private:
     void takeResult(const SearchResult& result);
     void follow(const ChangeSet& changes);
     [[nodiscard]] bool concerns(const ChangeSet& changes) const;
-    void forgetCards(const ChangeSet& changes);
     void publish();
 
     PersistenceController& m_persistence;
     ClipSearch m_search;
-    SourceName m_sourceName;
     LibrarySection m_section;
     QString m_searchText;
     std::optional<FilterType> m_typeFilter;
     QSet<QUuid> m_hidden;
     QList<QUuid> m_ids;
     qsizetype m_total = 0;
-    QHash<QUuid, CardContent> m_cards;
+    ClipRowCache<CardContent> m_cards;
     News m_news = News::Replaced;  ///< What the next list is to those who show it.
     bool m_isPending = false;
     bool m_isWhole = false;  ///< The store itself gave the whole list.
