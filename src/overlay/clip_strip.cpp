@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "library/groups/panel_tips.h"
+#include "library/thumbnails/card_list_accessible.h"
 #include "overlay/strip_accessible.h"
 
 namespace quillo {
@@ -77,7 +78,7 @@ void ClipStrip::selectCard(int index) {
 void ClipStrip::setSelectedIndex(int index) {
     m_selectedIndex = index;
     update();
-    announceSelection(*this);
+    CardListAccessible::announceFocus(*this);
 }
 
 void ClipStrip::reset() {
@@ -115,7 +116,7 @@ void ClipStrip::clipsChanged() {
         prepareFirstCards();
     }
     update();
-    announceCards(*this);
+    CardListAccessible::announceCards(*this);
 }
 
 // What is waited for: the cards in sight and, should the strip be scrolled, the ones beside them.
@@ -205,7 +206,7 @@ void ClipStrip::hideEvent(QHideEvent* /*event*/) {
 
 void ClipStrip::focusInEvent(QFocusEvent* event) {
     QWidget::focusInEvent(event);
-    announceSelection(*this);
+    CardListAccessible::announceFocus(*this);
 }
 
 void ClipStrip::mousePressEvent(QMouseEvent* event) {

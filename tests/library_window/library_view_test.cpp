@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QApplication>
 #include <QKeyEvent>
 #include <QScrollBar>
@@ -170,6 +171,33 @@ TEST_F(Library, ManyClipsArePinnedAndDeletedAtOnce) {
     m_view.reset();
     m_rig.persistence.waitUntilIdle();
     EXPECT_EQ(context().count({}).value(), 0);
+}
+
+TEST_F(Library, ScreenReadersAreToldOfTheCardsInSight) {
+    open(300);
+    QAccessibleInterface* list = QAccessible::queryAccessibleInterface(&grid());
+    const auto names = [list] {
+        QStringList found;
+        for (int i = 0; i < list->childCount(); ++i) {
+            EXPECT_EQ(list->indexOfChild(list->child(i)), i);
+            found.append(list->child(i)->text(QAccessible::Name));
+        }
+        return found;
+    };
+    grid().choose(1);
+    const qsizetype seen = grid().visibleCards().last + 1;
+    EXPECT_LT(seen, 30);
+    EXPECT_EQ(names().size(), seen);
+    EXPECT_EQ(names()[1], u"Text: clip 298");
+    EXPECT_TRUE(list->child(1)->state().selected);
+    grid().verticalScrollBar()->setValue(grid().verticalScrollBar()->maximum());
+    EXPECT_EQ(names().first(), u"Text: clip 298") << "the current one";
+    EXPECT_EQ(names().last(), u"Text: clip 0");
+    list->child(list->childCount() - 1)->actionInterface()->doAction(u"Press"_s);
+    EXPECT_EQ(grid().currentIndex(), 299);
+    grid().verticalScrollBar()->setValue(0);
+    EXPECT_EQ(names().last(), u"Text: clip 0");
+    EXPECT_EQ(names().size(), seen + 1);
 }
 
 TEST_F(Library, ADeletedPinboardComesBackWithItsClipsInTheirOrder) {

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "library/groups/slim_scroll_bar.h"
+#include "library/thumbnails/card_list_accessible.h"
 #include "library/window/clip_grid_accessible.h"
 #include "library/window/clip_grid_texts.h"
 
@@ -91,7 +92,7 @@ void ClipGrid::listReplaced() {
     tellVisibleCards();
     viewport()->update();
     select(selection);
-    announceClips(*this);
+    CardListAccessible::announceCards(*this);
 }
 
 void ClipGrid::listChanged() {
@@ -110,7 +111,7 @@ void ClipGrid::listChanged() {
     tellVisibleCards();
     viewport()->update();
     select(selection);
-    announceClips(*this);
+    CardListAccessible::announceCards(*this);
 }
 
 // The card whose height on the screen is kept: the one that was kept before, the current one, the
@@ -217,7 +218,7 @@ void ClipGrid::select(const ClipSelection& selection) {
     }
     m_selection = selection;
     viewport()->update();
-    announceCurrent(*this);
+    CardListAccessible::announceFocus(*this);
     Q_EMIT selectionChanged();
 }
 
@@ -274,7 +275,7 @@ void ClipGrid::focusInEvent(QFocusEvent* event) {
         choose(std::max<qsizetype>(0, visibleCards().first));
     }
     viewport()->update();
-    announceCurrent(*this);
+    CardListAccessible::announceFocus(*this);
 }
 
 void ClipGrid::focusOutEvent(QFocusEvent* event) {

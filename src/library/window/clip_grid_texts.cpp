@@ -1,19 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "library/window/clip_grid_texts.h"
 
-#include <QStringList>
-
-#include "library/thumbnails/card_content.h"
-
 using namespace Qt::StringLiterals;
 
 namespace quillo {
-namespace {
-
-// What is read out of a text.
-constexpr qsizetype kLongestText = 200;
-
-}  // namespace
 
 QString relativeAge(Timestamp moment, Timestamp now) {
     using namespace std::chrono;
@@ -54,28 +44,6 @@ QString kindSymbol(ClipType kind) {
             return u"doc"_s;
     }
     return u"doc.text"_s;
-}
-
-QString spokenName(const CardContent& card) {
-    QStringList parts{card.kindLabel};
-    for (const QString& part : {card.title, card.body.simplified().left(kLongestText)}) {
-        if (!part.isEmpty()) {
-            parts.append(part);
-        }
-    }
-    return parts.join(u": "_s);
-}
-
-QString spokenDetails(const CardContent& card, Timestamp now) {
-    QStringList parts;
-    for (const QString& part :
-         {card.source, card.createdAt ? relativeAge(*card.createdAt, now) : QString(), card.detail,
-          card.isPinned ? u"Pinned"_s : QString()}) {
-        if (!part.isEmpty()) {
-            parts.append(part);
-        }
-    }
-    return parts.join(u", "_s);
 }
 
 }  // namespace quillo
