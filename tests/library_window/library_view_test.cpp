@@ -164,6 +164,13 @@ TEST_F(Library, ManyClipsArePinnedAndDeletedAtOnce) {
     child<PushButton>(u"Pin"_s)->click();
     EXPECT_TRUE(waitUntil([&] { return sidebarTexts()[1] == u"Favorites 450"; }));
     EXPECT_EQ(grid().selection().size(), 450);
+    const auto board = addBoard(u"Work"_s);
+    child<MembershipChip>(u"Work"_s)->click();
+    EXPECT_TRUE(waitUntil([&] { return sidebarTexts()[2] == u"Work 450"; }));
+    Q_EMIT m_view->sidebar().deleteRequested(board->id());
+    child<PushButton>(u"Undo"_s)->click();
+    EXPECT_TRUE(waitUntil([&] { return sidebarTexts().value(2) == u"Work 450"; }));
+    grid().chooseAll();
     child<PushButton>(u"Delete"_s)->click();
     EXPECT_TRUE(lists({}));
     EXPECT_EQ(sidebarTexts()[0], u"All Clips 0");

@@ -43,16 +43,20 @@ LostPinboard valuesOf(const Pinboard& board) {
             .clips = board.clipIds().value_or(QList<QUuid>())};
 }
 
-Result<void> restore(ObjectContext& context, const LostPinboard& lost) {
+Result<QUuid> restore(ObjectContext& context, const LostPinboard& lost) {
     const auto board = context.insert<Pinboard>();
     board->setTitle(lost.title);
     board->setColorHex(lost.color);
     board->setSortIndex(lost.place);
-    if (const Result<void> added = addClips(*board, lost.clips); !added) {
-        return added;
-    }
     board->setClipOrder(lost.order);
-    return context.save();
+    const Result<void> saved = context.save();
+    return saved ? Result<QUuid>(board->id()) : std::unexpected(saved.error());
+}
+
+void logFailure(const Result<void>& done, const char* what) {
+    if (!done) {
+        qCCritical(lcActions, "Error %s: %ls", what, qUtf16Printable(done.error().text));
+    }
 }
 
 void pin(ObjectContext& context, const QList<QUuid>& ids, bool isPinned) {
@@ -62,8 +66,14 @@ void pin(ObjectContext& context, const QList<QUuid>& ids, bool isPinned) {
             clip->setPinned(isPinned);
         }
     }
-    if (const Result<void> saved = context.save(); !saved) {
-        qCCritical(lcActions, "Error pinning clips: %ls", qUtf16Printable(saved.error().text));
+    logFailure(context.save(), "pinning clips");
+}
+
+void setMembersIn(ObjectContext& context, const QUuid& pinboard, const QList<QUuid>& clips,
+                  bool areMembers) {
+    if (const auto board = context.object<Pinboard>(pinboard)) {
+        logFailure(areMembers ? addClips(*board, clips) : removeClips(*board, clips),
+                   "changing a pinboard");
     }
 }
 
@@ -130,28 +140,30 @@ void LibraryActions::copyTransformed(const QUuid& clip, TextTransformation trans
     }
 }
 
-// Many in pieces on the store's thread, so that nothing waits for them.
-void LibraryActions::setPinned(const QList<QUuid>& clips, bool isPinned) {
+// Few at once; many in pieces on the store's thread, so that nothing waits for them.
+void LibraryActions::inPieces(
+    const QList<QUuid>& clips,
+    const std::function<void(ObjectContext&, const QList<QUuid>&)>& work) {
     if (clips.size() <= kAtOnce) {
-        pin(context(), clips, isPinned);
+        work(context(), clips);
         return;
     }
     for (qsizetype i = 0; i < clips.size(); i += kAtOnce) {
-        m_persistence.perform([some = clips.mid(i, kAtOnce), isPinned](ObjectContext& store) {
-            pin(store, some, isPinned);
-        });
+        m_persistence.perform(
+            [some = clips.mid(i, kAtOnce), work](ObjectContext& store) { work(store, some); });
     }
 }
 
+void LibraryActions::setPinned(const QList<QUuid>& clips, bool isPinned) {
+    inPieces(clips, [isPinned](ObjectContext& store, const QList<QUuid>& some) {
+        pin(store, some, isPinned);
+    });
+}
+
 void LibraryActions::setMembers(const QUuid& pinboard, const QList<QUuid>& clips, bool areMembers) {
-    const auto board = m_groups.group(pinboard);
-    if (board == nullptr) {
-        return;
-    }
-    const Result<void> done = areMembers ? addClips(*board, clips) : removeClips(*board, clips);
-    if (!done) {
-        qCCritical(lcActions, "Error changing a pinboard: %ls", qUtf16Printable(done.error().text));
-    }
+    inPieces(clips, [pinboard, areMembers](ObjectContext& store, const QList<QUuid>& some) {
+        setMembersIn(store, pinboard, some, areMembers);
+    });
 }
 
 void LibraryActions::deleteClips(const QList<QUuid>& clips) {
@@ -207,10 +219,14 @@ std::function<void()> LibraryActions::deletePinboard(const QUuid& pinboard) {
         return {};
     }
     return [self = QPointer(this), lost] {
-        const Result<void> done = self ? restore(self->context(), lost) : Result<void>();
-        if (!done) {
+        if (!self) {
+            return;
+        }
+        if (const Result<QUuid> restored = restore(self->context(), lost)) {
+            self->setMembers(*restored, lost.clips, true);
+        } else {
             qCCritical(lcActions, "Error restoring a pinboard: %ls",
-                       qUtf16Printable(done.error().text));
+                       qUtf16Printable(restored.error().text));
         }
     };
 }

@@ -17,8 +17,9 @@ class QMimeData;
 namespace quillo {
 
 /// What the library does to clips and pinboards, to one or to many at once. Deleted clips are out
-/// of sight at once and out of the store when the time for second thoughts is over. What fails is
-/// logged and changes nothing that is seen. Main thread.
+/// of sight at once and out of the store when the time for second thoughts is over. What concerns
+/// many is done on the store's thread, a moment after the call. What fails is logged and changes
+/// nothing that is seen. Main thread.
 class LibraryActions final : public QObject {
     Q_OBJECT
 
@@ -59,6 +60,8 @@ Q_SIGNALS:
 private:
     [[nodiscard]] ObjectContext& context() const { return m_persistence.viewContext(); }
     [[nodiscard]] QList<std::shared_ptr<Clip>> fetch(const QList<QUuid>& clips) const;
+    void inPieces(const QList<QUuid>& clips,
+                  const std::function<void(ObjectContext&, const QList<QUuid>&)>& work);
 
     PersistenceController& m_persistence;
     PasteBack& m_pasteBack;
