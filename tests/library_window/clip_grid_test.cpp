@@ -2,7 +2,10 @@
 // What the grid decides without a window: its geometry, its keys, its selection, its words.
 #include <gtest/gtest.h>
 
-#include "library/window/clip_grid_layout.h"
+#include <random>
+
+#include "library/window/clip_grid_band.h"
+#include "library/window/clip_grid_reordering.h"
 #include "library/window/clip_grid_texts.h"
 #include "library/window/clip_selection.h"
 #include "library/window/flow_layout.h"
@@ -70,6 +73,88 @@ TEST(ClipGridLayout, KeysWalkTheRows) {
             << int(row.move) << " from " << row.from;
     }
     EXPECT_EQ(movedInGrid(GridMove::Down, 0, {0, 506}, 400), -1);
+}
+
+// Three columns of cards 150 wide from 16, 12 apart; eleven cards.
+TEST(ClipGridLayout, TheGapIsTheOneNearestToThePoint) {
+    const ClipGridLayout layout{11, 506};
+    const struct {
+        QPoint point;
+        qsizetype before;
+        QPoint line;  // Where the mark starts, from the card that stands in its row.
+    } rows[] = {{{20, 20}, 0, {9, 4}},        {{90, 20}, 0, {9, 4}},     {{92, 20}, 1, {171, 4}},
+                {{500, 20}, 3, {495, 4}},     {{-40, 200}, 3, {9, 164}}, {{20, -90}, 0, {9, 4}},
+                {{500, 600}, 11, {333, 484}}, {{20, 9'000}, 9, {9, 484}}};
+    for (const auto& row : rows) {
+        const ClipGridLayout::Gap gap = layout.gapAt(row.point);
+        EXPECT_EQ(gap.before, row.before) << row.point.x() << ' ' << row.point.y();
+        EXPECT_EQ(gap.line.topLeft(), row.line) << row.point.x() << ' ' << row.point.y();
+    }
+    EXPECT_EQ(ClipGridLayout({0, 506}).gapAt({300, 300}).before, 0);
+}
+
+TEST(ClipGridBand, SelectsWhatItTouchesBesideWhatWasSelected) {
+    QList<QUuid> list;
+    for (int i = 0; i < 11; ++i) {
+        list.append(QUuid::createUuid());
+    }
+    const ClipGridLayout layout{list.size(), 506};
+    ClipSelection before;
+    before.choose(list[4]);
+    ClipSelection selection = before;
+    ClipGridBand band({10, 170}, before);
+    std::mt19937 random(1);
+    for (int i = 0; i < 500; ++i) {
+        const QPoint point(int(random() % 700) - 100, int(random() % 900) - 100);
+        band.drawTo(point, layout, list, selection);
+        for (int card = 0; card < list.size(); ++card) {
+            const bool isTouched = layout.cardRect(card).intersects(band.area());
+            ASSERT_EQ(selection.contains(list[card]), isTouched || card == 4)
+                << card << ' ' << point.x() << ' ' << point.y();
+        }
+    }
+    const QList<QUuid> shrunk = list.mid(5);
+    band.startAnew(list, shrunk, selection);
+    band.drawTo({11, 171}, {shrunk.size(), 506}, shrunk, selection);
+    EXPECT_EQ(selection.inOrderOf(shrunk), QList{list[5]}) << "the next one takes its place";
+}
+
+// Capitals move.
+TEST(ClipGridReordering, ClipsGoTogetherToAGapOrPastOthers) {
+    const struct {
+        const char* list;
+        bool bySteps;
+        int to;
+        const char* after;  // Null for no move.
+    } rows[] = {
+        {"Abcd", false, 2, "bAcd"},   {"Abcd", false, 4, "bcdA"},  {"Abcd", false, 1, nullptr},
+        {"Abcd", false, 0, nullptr},  {"abcD", false, 0, "Dabc"},  {"aBcDe", false, 5, "aceBD"},
+        {"aBcDe", false, 2, "aBDce"}, {"aBCd", false, 2, nullptr}, {"aBCd", false, 5, nullptr},
+        {"abc", false, 1, nullptr},   {"Abcd", true, 1, "bAcd"},   {"aBcDe", true, 1, "aceBD"},
+        {"aBcDe", true, -1, "BDace"}, {"AbC", true, -1, "ACb"},    {"ABc", true, -1, nullptr},
+        {"aBC", true, 1, nullptr},    {"AB", true, 1, nullptr},    {"", true, 1, nullptr}};
+    for (const auto& row : rows) {
+        QList<QUuid> list;
+        QSet<QUuid> moved;
+        QHash<QUuid, char> names;
+        for (const char name : std::string_view(row.list)) {
+            list.append(QUuid::createUuid());
+            names.insert(list.last(), name);
+            if (name < 'a') {
+                moved.insert(list.last());
+            }
+        }
+        const auto move =
+            row.bySteps ? moveBySteps(list, moved, row.to) : moveToGap(list, moved, row.to);
+        ASSERT_EQ(move.has_value(), row.after != nullptr) << row.list << ' ' << row.to;
+        std::string after;
+        for (const QUuid& clip : move ? withClipsMoved(list, *move) : QList<QUuid>()) {
+            after += names[clip];
+        }
+        EXPECT_EQ(after, row.after != nullptr ? row.after : "") << row.list << ' ' << row.to;
+    }
+    const QList<QUuid> list{QUuid::createUuid(), QUuid::createUuid()};
+    EXPECT_EQ(withClipsMoved(list, {{list[1]}, QUuid::createUuid()}), list) << "its place is gone";
 }
 
 TEST(ClipGridLayout, ShowingACardScrollsNoFartherThanItMust) {

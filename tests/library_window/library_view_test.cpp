@@ -7,6 +7,7 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QKeyEvent>
+#include <QMouseEvent>
 #include <QScrollBar>
 
 #include "library/groups/form_controls.h"
@@ -67,6 +68,14 @@ protected:
     void typeInSheet(const QString& text) {
         QKeyEvent event(QEvent::KeyPress, 0, {}, text);
         QCoreApplication::sendEvent(m_view->focusWidget(), &event);
+    }
+
+    void point(QEvent::Type type, QPoint position, Qt::KeyboardModifiers modifiers = {}) {
+        QWidget& ground = *grid().viewport();
+        QMouseEvent event(type, position, ground.mapToGlobal(position), Qt::LeftButton,
+                          type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton,
+                          modifiers);
+        QCoreApplication::sendEvent(&ground, &event);
     }
 
     [[nodiscard]] ObjectContext& context() { return m_rig.persistence.viewContext(); }
@@ -180,6 +189,54 @@ TEST_F(Library, ManyClipsArePinnedAndDeletedAtOnce) {
     EXPECT_EQ(context().count({}).value(), 0);
 }
 
+TEST_F(Library, ClipsAreMovedByKeyInAPinboardsOwnOrderOnly) {
+    open(6);
+    const auto board = addBoard(u"Work"_s, m_ids.mid(1, 4));
+    const auto push = [&](int key) { press(grid(), key, Qt::AltModifier | Qt::ShiftModifier); };
+    grid().choose(0);
+    push(Qt::Key_Right);
+    EXPECT_EQ(m_view->clips().ids(), m_ids);
+    m_view->showSection(LibrarySection::ofPinboard(board->id()));
+    grid().choose(0);
+    press(grid(), Qt::Key_Right, Qt::ShiftModifier);
+    push(Qt::Key_Right);
+    const QList<QUuid> moved{m_ids[3], m_ids[1], m_ids[2], m_ids[4]};
+    EXPECT_EQ(m_view->clips().ids(), moved);
+    EXPECT_EQ(board->orderedClipIds().value(), moved);
+    EXPECT_FALSE(context().hasChanges()) << "saved at once";
+    EXPECT_EQ(grid().selectedClips(), moved.mid(1, 2));
+    push(Qt::Key_Left);
+    push(Qt::Key_Left);
+    EXPECT_EQ(m_view->clips().ids(), m_ids.mid(1, 4));
+    m_view->clips().setSearchText(u"clip"_s);
+    ASSERT_TRUE(waitUntil([&] { return m_view->clips().isComplete(); }));
+    push(Qt::Key_Right);
+    EXPECT_EQ(board->orderedClipIds().value(), m_ids.mid(1, 4)) << "not while it is searched";
+}
+
+TEST_F(Library, ABandSelectsCardsAndScrollsOn) {
+    open(300);
+    const QRect last = grid().cardRect(grid().visibleCards().last);
+    grid().choose(0);
+    point(QEvent::MouseButtonPress, {2, 60}, Qt::ControlModifier);
+    point(QEvent::MouseMove, grid().cardRect(4).center());
+    EXPECT_EQ(grid().selectedClips(), (m_ids.first(2) + m_ids.mid(3, 2)));
+    point(QEvent::MouseMove, last.bottomRight() + QPoint(0, 400));
+    EXPECT_TRUE(waitUntil([&] { return grid().visibleCards().first > 10; }));
+    point(QEvent::MouseButtonRelease, last.center());
+    const qsizetype selected = grid().selection().size();
+    EXPECT_EQ(grid().selectedClips(), m_ids.first(selected)) << "those above the window, too";
+    EXPECT_GT(selected, 20);
+    const int scroll = grid().verticalScrollBar()->value();
+    point(QEvent::MouseButtonPress, {2, 60});
+    EXPECT_TRUE(grid().selection().isEmpty());
+    point(QEvent::MouseMove, {200, 60});
+    press(grid(), Qt::Key_Escape);
+    EXPECT_TRUE(grid().selection().isEmpty());
+    EXPECT_EQ(grid().verticalScrollBar()->value(), scroll);
+}
+
+// A client that asks for the children of the list must not make an item for each of a history.
 TEST_F(Library, ScreenReadersAreToldOfTheCardsInSight) {
     open(300);
     QAccessibleInterface* list = QAccessible::queryAccessibleInterface(&grid());

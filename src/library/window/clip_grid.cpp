@@ -34,6 +34,7 @@ ClipGrid::ClipGrid(LibraryClips& clips, CardPictures& pictures, const Clock& clo
     setFrameShape(QFrame::NoFrame);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setFocusPolicy(Qt::StrongFocus);
+    setAcceptDrops(true);
     setAccessibleName(QStringLiteral("Clips"));
     viewport()->setMouseTracking(true);
     // Every pixel is painted here.
@@ -54,6 +55,11 @@ void ClipGrid::setLook(const LibraryLook& look) {
 
 ClipGridLayout ClipGrid::layout() const {
     return {m_clips.count(), viewport()->width()};
+}
+
+// What is not listed yet can be neither gone to nor touched.
+ClipGridLayout ClipGrid::listedLayout() const {
+    return {m_shown.size(), viewport()->width()};
 }
 
 int ClipGrid::scroll() const {
@@ -81,6 +87,8 @@ QList<QUuid> ClipGrid::selectedClips() const {
 }
 
 void ClipGrid::listReplaced() {
+    endDragOver();
+    endBand();
     m_shown = m_clips.ids();
     ClipSelection selection = m_selection;
     if (m_clips.isComplete()) {
@@ -97,7 +105,9 @@ void ClipGrid::listReplaced() {
 
 void ClipGrid::listChanged() {
     const QList<QUuid> before = std::exchange(m_shown, m_clips.ids());
-    const std::optional<int> kept = anchoredScroll(before, m_laidOut);
+    // What was moved by the person moves.
+    const std::optional<int> kept =
+        std::exchange(m_isReordering, false) ? std::nullopt : anchoredScroll(before, m_laidOut);
     ClipSelection selection = m_selection;
     if (m_clips.isComplete()) {
         selection.follow(before, m_shown);
@@ -111,6 +121,7 @@ void ClipGrid::listChanged() {
     tellVisibleCards();
     viewport()->update();
     select(selection);
+    redrawMarks(before);
     CardListAccessible::announceCards(*this);
 }
 
@@ -160,6 +171,7 @@ void ClipGrid::resizeEvent(QResizeEvent* event) {
     }
     m_anchor = anchor;
     tellVisibleCards();
+    redrawMarks(m_shown);
 }
 
 // What is waited for: the cards in sight, then a row beside them.
@@ -175,7 +187,7 @@ void ClipGrid::tellVisibleCards() {
 void ClipGrid::scrollContentsBy(int /*dx*/, int dy) {
     // What is moved must move by whole device pixels.
     const qreal ratio = devicePixelRatioF();
-    if (ratio == std::floor(ratio)) {
+    if (ratio == std::floor(ratio) && !m_band && !m_gap) {
         viewport()->scroll(0, dy);
     } else {
         viewport()->update();
@@ -183,6 +195,11 @@ void ClipGrid::scrollContentsBy(int /*dx*/, int dy) {
     m_anchor = QUuid();
     tellVisibleCards();
     hover(underMouse() ? indexAt(viewport()->mapFromGlobal(QCursor::pos())) : -1);
+    if (m_band) {
+        drawBandTo(m_pointer);
+    } else if (m_gap) {
+        dragOver(m_pointer);
+    }
 }
 
 void ClipGrid::wheelEvent(QWheelEvent* event) {
@@ -246,6 +263,7 @@ void ClipGrid::paintEvent(QPaintEvent* event) {
     for (qsizetype i = cards.first; i <= cards.last; ++i) {
         paintCard(painter, i);
     }
+    paintMarks(painter);
 }
 
 void ClipGrid::paintCard(QPainter& painter, qsizetype index) {
@@ -292,6 +310,8 @@ void ClipGrid::showEvent(QShowEvent* event) {
 void ClipGrid::hideEvent(QHideEvent* event) {
     QAbstractScrollArea::hideEvent(event);
     m_ages.stop();
+    endDragOver();
+    endBand();
     m_pictures.setVisible({});
 }
 

@@ -9,7 +9,9 @@
 
 #include "base/clock.h"
 #include "library/thumbnails/card_pictures.h"
+#include "library/window/clip_grid_band.h"
 #include "library/window/clip_grid_layout.h"
+#include "library/window/clip_grid_reordering.h"
 #include "library/window/clip_grid_scroller.h"
 #include "library/window/clip_selection.h"
 #include "library/window/grid_card_painter.h"
@@ -21,7 +23,7 @@ namespace quillo {
 
 /// The library's cards. Reads and paints only what is seen; a card costs no widget, at any size of
 /// history. Owns the selection; reports what the person asks for, and what follows from it is the
-/// owner's. While the list changes, what the person looks at stays where it is.
+/// owner's. While the list changes, what the person looks at stays where it is. Main thread.
 class ClipGrid final : public QAbstractScrollArea {
     Q_OBJECT
 
@@ -61,10 +63,13 @@ public:
     [[nodiscard]] qsizetype indexAt(QPoint viewportPoint) const;
 
 Q_SIGNALS:
+    /// A band that is drawn over the cards tells of it when it is let go.
     void selectionChanged();
     /// Return, or a double click: the selected clips are meant.
     void activated();
     void deleteRequested();
+    /// The clips are to stand elsewhere in the pinboard that is shown.
+    void moveRequested(const ClipMove& move);
     /// For the selected clips; the anchor is in the viewport's coordinates.
     void menuRequested(const QRect& anchor);
     /// A letter, which belongs into the search field.
@@ -81,6 +86,10 @@ protected:
     void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragMoveEvent(QDragMoveEvent* event) override;
+    void dragLeaveEvent(QDragLeaveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
     void showEvent(QShowEvent* event) override;
@@ -91,6 +100,7 @@ protected:
 
 private:
     [[nodiscard]] ClipGridLayout layout() const;
+    [[nodiscard]] ClipGridLayout listedLayout() const;
     [[nodiscard]] int scroll() const;
     void listReplaced();
     void listChanged();
@@ -104,8 +114,17 @@ private:
     void select(const ClipSelection& selection);
     void moveTo(qsizetype index, Qt::KeyboardModifiers modifiers);
     [[nodiscard]] bool moveByKey(const QKeyEvent& event);
+    [[nodiscard]] bool reorderByKey(const QKeyEvent& event);
+    void reorder(const std::optional<ClipMove>& move);
     void press(qsizetype index, Qt::KeyboardModifiers modifiers);
     void startDrag();
+    void dragOver(QPoint position);
+    void endDragOver();
+    void startBand(Qt::KeyboardModifiers modifiers);
+    void drawBandTo(QPoint position);
+    void endBand();
+    void redrawMarks(const QList<QUuid>& before);
+    void paintMarks(QPainter& painter) const;
     void paintCard(QPainter& painter, qsizetype index);
     [[nodiscard]] QPixmap dragPixmap(qsizetype index, qsizetype count);
 
@@ -125,6 +144,11 @@ private:
     qsizetype m_pressed = -1;
     bool m_choosesOnRelease = false;
     QList<QUuid> m_dragged;
+    QPoint m_pointer;  ///< Of a drag or a band, in the viewport's coordinates.
+    std::optional<ClipGridLayout::Gap> m_gap;  ///< Where what is dragged would go.
+    std::optional<ClipMove> m_move;            ///< What letting it go there does.
+    std::optional<ClipGridBand> m_band;
+    bool m_isReordering = false;  ///< The next change of the list is the person's own.
     QBasicTimer m_ages;
 };
 

@@ -1,22 +1,15 @@
 // SPDX-License-Identifier: MIT
-// What the person does in the grid with keys, pointer and drags.
+// What the person does in the grid with keys and pointer.
 #include <QApplication>
 #include <QContextMenuEvent>
-#include <QDrag>
-#include <QMimeData>
 #include <QMouseEvent>
-#include <QPainter>
-#include <QPointer>
 #include <utility>
 
-#include "library/thumbnails/card_texts.h"
+#include "library/thumbnails/card_list_accessible.h"
 #include "library/window/clip_grid.h"
-#include "library/window/clip_grid_texts.h"
 
 namespace quillo {
 namespace {
-
-constexpr double kDraggedScale = 0.7;
 
 std::optional<GridMove> moveOfKey(int key) {
     switch (key) {
@@ -71,16 +64,41 @@ bool ClipGrid::moveByKey(const QKeyEvent& event) {
     if (!move) {
         return false;
     }
-    // What is not listed yet cannot be gone to.
-    ClipGridLayout listed = layout();
-    listed.count = m_shown.size();
-    moveTo(movedInGrid(*move, currentIndex(), listed, viewport()->height()), event.modifiers());
+    moveTo(movedInGrid(*move, currentIndex(), listedLayout(), viewport()->height()),
+           event.modifiers());
     return true;
+}
+
+// The key is ours where nothing can be moved, too.
+bool ClipGrid::reorderByKey(const QKeyEvent& event) {
+    const bool isLeft = event.key() == Qt::Key_Left;
+    if (event.modifiers() != (Qt::AltModifier | Qt::ShiftModifier) ||
+        !(isLeft || event.key() == Qt::Key_Right)) {
+        return false;
+    }
+    reorder(moveBySteps(m_shown, m_selection.clips(), isLeft ? -1 : 1));
+    if (const qsizetype index = currentIndex(); index >= 0) {
+        m_scroller.jumpTo(layout().scrollToShow(index, scroll(), viewport()->height()));
+        CardListAccessible::announceFocus(*this);
+    }
+    return true;
+}
+
+void ClipGrid::reorder(const std::optional<ClipMove>& move) {
+    if (move && m_clips.hasOwnOrder()) {
+        m_isReordering = true;
+        Q_EMIT moveRequested(*move);
+    }
 }
 
 void ClipGrid::keyPressEvent(QKeyEvent* event) {
     const bool isControl = event->modifiers().testFlag(Qt::ControlModifier);
-    if (event->matches(QKeySequence::SelectAll)) {
+    if (m_band && event->key() == Qt::Key_Escape) {
+        m_selection = m_band->before();
+        endBand();
+    } else if (reorderByKey(*event)) {
+        return;
+    } else if (event->matches(QKeySequence::SelectAll)) {
         chooseAll();
     } else if (event->key() == Qt::Key_Space && isControl && !m_selection.current().isNull()) {
         press(currentIndex(), Qt::ControlModifier);
@@ -122,7 +140,9 @@ void ClipGrid::mousePressEvent(QMouseEvent* event) {
         m_selection.size() > 1 && m_selection.contains(m_shown.value(m_pressed));
     m_choosesOnRelease = isPlain && isOneOfSeveral && event->button() == Qt::LeftButton;
     const bool keepsSelection = isOneOfSeveral && event->button() == Qt::RightButton;
-    if (!m_choosesOnRelease && !keepsSelection) {
+    if (m_pressed < 0 && event->button() == Qt::LeftButton) {
+        startBand(event->modifiers());
+    } else if (!m_choosesOnRelease && !keepsSelection) {
         press(m_pressed, event->modifiers());
     }
 }
@@ -131,7 +151,12 @@ void ClipGrid::mouseMoveEvent(QMouseEvent* event) {
     const QPoint position = event->position().toPoint();
     const bool isFar =
         (position - m_pressPosition).manhattanLength() >= QApplication::startDragDistance();
-    if (event->buttons().testFlag(Qt::LeftButton) && m_pressed >= 0 && isFar) {
+    if (m_band && !event->buttons().testFlag(Qt::LeftButton)) {
+        endBand();
+    } else if (m_band) {
+        drawBandTo(position);
+        m_scroller.pull(position.y(), viewport()->height());
+    } else if (event->buttons().testFlag(Qt::LeftButton) && m_pressed >= 0 && isFar) {
         startDrag();
     } else if (event->buttons() == Qt::NoButton) {
         hover(indexAt(position));
@@ -139,6 +164,7 @@ void ClipGrid::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void ClipGrid::mouseReleaseEvent(QMouseEvent* /*event*/) {
+    endBand();
     if (std::exchange(m_choosesOnRelease, false)) {
         press(m_pressed, Qt::NoModifier);
     }
@@ -167,52 +193,6 @@ bool ClipGrid::viewportEvent(QEvent* event) {
         hover(-1);
     }
     return QAbstractScrollArea::viewportEvent(event);
-}
-
-// The drag's own event loop runs here; the window may be gone when it ends.
-void ClipGrid::startDrag() {
-    const qsizetype index = std::exchange(m_pressed, -1);
-    m_choosesOnRelease = false;
-    const QList<QUuid> clips = m_selection.contains(m_shown.value(index))
-                                   ? selectedClips()
-                                   : QList<QUuid>{m_shown.value(index)};
-    std::unique_ptr<QMimeData> contents = m_dragData ? m_dragData(clips) : nullptr;
-    if (contents == nullptr) {
-        return;
-    }
-    m_dragged = clips;
-    auto* drag = new QDrag(this);
-    drag->setMimeData(contents.release());
-    drag->setPixmap(dragPixmap(index, clips.size()));
-    drag->setHotSpot((m_pressPosition - cardRect(index).topLeft()) * kDraggedScale);
-    const QPointer<ClipGrid> self(this);
-    // Never a move: a file manager would take the person's file away.
-    drag->exec(Qt::CopyAction);
-    if (self) {
-        m_dragged.clear();
-        hover(-1);
-    }
-}
-
-QPixmap ClipGrid::dragPixmap(qsizetype index, qsizetype count) {
-    const QRect card = cardRect(index);
-    const qreal ratio = devicePixelRatioF();
-    QPixmap pixmap((QSizeF(card.size()) * kDraggedScale * ratio).toSize());
-    pixmap.setDevicePixelRatio(ratio);
-    pixmap.fill(Qt::transparent);
-    QPainter painter(&pixmap);
-    painter.scale(kDraggedScale, kDraggedScale);
-    painter.translate(-card.topLeft());
-    paintCard(painter, index);
-    if (count > 1) {
-        const QRect badge(card.left() + 6, card.top() + 6, 34, 24);
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(m_look.accent);
-        painter.drawRoundedRect(badge, 12, 12);
-        painter.setPen(m_look.onAccent);
-        painter.drawText(badge, Qt::AlignCenter, QString::number(count));
-    }
-    return pixmap;
 }
 
 }  // namespace quillo

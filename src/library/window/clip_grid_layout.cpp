@@ -51,6 +51,35 @@ ClipGridLayout::Range ClipGridLayout::cardsBetween(int top, int bottom) const {
             std::min(count, qsizetype(lastRow + 1) * columns()) - 1};
 }
 
+ClipGridLayout::Block ClipGridLayout::cardsTouching(const QRect& area) const {
+    // The first card that ends at or behind the near edge, the last that starts before the far one.
+    const auto firstOf = [](int near, int size, int step) {
+        return near < size ? 0 : (near - size) / step + 1;
+    };
+    const auto lastOf = [](int far, int step) { return far < 0 ? -1 : far / step; };
+    const int step = cardWidth() + kSpacing;
+    const int rows = int((count + columns() - 1) / columns());
+    const QRect cards = area.translated(-left(), -kTopPadding);
+    return {.firstRow = firstOf(cards.top(), kCardHeight, kRowStep),
+            .lastRow = std::min(lastOf(cards.bottom(), kRowStep), rows - 1),
+            .firstColumn = firstOf(cards.left(), cardWidth(), step),
+            .lastColumn = std::min(lastOf(cards.right(), step), columns() - 1)};
+}
+
+ClipGridLayout::Gap ClipGridLayout::gapAt(QPoint contentPoint) const {
+    constexpr int kLineWidth = 3;
+    const int step = cardWidth() + kSpacing;
+    const int lastRow = int(std::max<qsizetype>(0, count - 1) / columns());
+    const int row =
+        std::clamp((contentPoint.y() - kTopPadding + kSpacing / 2) / kRowStep, 0, lastRow);
+    const int inRow = int(std::min<qsizetype>(columns(), count - qsizetype(row) * columns()));
+    const int column =
+        std::clamp((contentPoint.x() - left() + (kSpacing + step) / 2) / step, 0, inRow);
+    return {qsizetype(row) * columns() + column,
+            QRect(left() + column * step - (kSpacing + kLineWidth) / 2,
+                  kTopPadding + row * kRowStep, kLineWidth, kCardHeight)};
+}
+
 int ClipGridLayout::scrollToShow(qsizetype index, int scroll, int viewportHeight) const {
     const QRect card = cardRect(index);
     // With the space around it, so that the first row shows the content's start.

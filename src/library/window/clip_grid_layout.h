@@ -39,6 +39,48 @@ struct ClipGridLayout {
     };
     [[nodiscard]] Range cardsBetween(int top, int bottom) const;
 
+    /// Cards that stand in a rectangle of rows and columns; the last row may lack some. Empty
+    /// (first > last) without any.
+    struct Block {
+        int firstRow = 0;
+        int lastRow = -1;
+        int firstColumn = 0;
+        int lastColumn = -1;
+
+        [[nodiscard]] bool contains(int row, int column) const {
+            return row >= firstRow && row <= lastRow && column >= firstColumn &&
+                   column <= lastColumn;
+        }
+    };
+    /// The cards that an area of the content touches.
+    [[nodiscard]] Block cardsTouching(const QRect& area) const;
+    /// Calls with the index of each card of one block that is not of the other.
+    template <typename Visit>
+    void forEachBeside(const Block& block, const Block& other, Visit visit) const {
+        const int perRow = columns();
+        for (int row = block.firstRow; row <= block.lastRow; ++row) {
+            if (other.contains(row, block.firstColumn) && other.contains(row, block.lastColumn)) {
+                continue;
+            }
+            for (int column = block.firstColumn; column <= block.lastColumn; ++column) {
+                const qsizetype index = qsizetype(row) * perRow + column;
+                if (index < count && !other.contains(row, column)) {
+                    visit(index);
+                }
+            }
+        }
+    }
+
+    /// A place between cards: before the card at `before`, count for the end.
+    struct Gap {
+        qsizetype before = 0;
+        QRect line;  ///< Where a mark of it stands, in the row that is meant.
+
+        friend bool operator==(const Gap&, const Gap&) = default;
+    };
+    /// The one nearest to a point of the content.
+    [[nodiscard]] Gap gapAt(QPoint contentPoint) const;
+
     /// The scroll position nearest to `scroll` at which a card is seen whole.
     [[nodiscard]] int scrollToShow(qsizetype index, int scroll, int viewportHeight) const;
 

@@ -9,6 +9,10 @@ namespace {
 
 constexpr int kGlideDurationMs = 140;
 constexpr int kFirstStepMs = 16;
+constexpr int kPullIntervalMs = 16;
+constexpr int kEdge = 40;
+constexpr int kDepthPerPixel = 3;
+constexpr int kFarthestPull = 60;
 
 }  // namespace
 
@@ -18,6 +22,8 @@ ClipGridScroller::ClipGridScroller(QScrollBar& bar) : m_bar(bar) {
     connect(&m_glide, &QVariantAnimation::valueChanged, &bar,
             [this](const QVariant& at) { m_bar.setValue(at.toInt()); });
     connect(&bar, &QScrollBar::sliderPressed, &m_glide, &QVariantAnimation::stop);
+    m_pull.setInterval(kPullIntervalMs);
+    connect(&m_pull, &QTimer::timeout, this, [this] { jumpTo(m_bar.value() + m_pullStep); });
 }
 
 void ClipGridScroller::jumpTo(int position) {
@@ -47,6 +53,23 @@ void ClipGridScroller::shiftBy(int pixels) {
     if (left != 0) {
         glideBy(left);
     }
+}
+
+// The farther, the faster.
+void ClipGridScroller::pull(int y, int height) {
+    const int above = kEdge - y;
+    const int below = y - (height - 1 - kEdge);
+    const int depth = above > 0 ? -above : std::max(0, below);
+    m_pullStep = std::clamp(depth / kDepthPerPixel, -kFarthestPull, kFarthestPull);
+    if (m_pullStep == 0) {
+        m_pull.stop();
+    } else if (!m_pull.isActive()) {
+        m_pull.start();
+    }
+}
+
+void ClipGridScroller::endPull() {
+    m_pull.stop();
 }
 
 }  // namespace quillo

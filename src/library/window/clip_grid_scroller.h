@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QObject>
+#include <QTimer>
 #include <QVariantAnimation>
 
 class QScrollBar;
@@ -23,10 +24,16 @@ public:
     void glideBy(int pixels);
     /// The content moved beneath what is seen: a glide goes on from there.
     void shiftBy(int pixels);
+    /// Scrolls on while something is dragged at an edge or beyond it: y is the pointer's within a
+    /// viewport of that height.
+    void pull(int y, int height);
+    void endPull();
 
 private:
     QScrollBar& m_bar;
     QVariantAnimation m_glide;
+    QTimer m_pull;
+    int m_pullStep = 0;
 };
 
 }  // namespace quillo

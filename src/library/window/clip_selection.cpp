@@ -58,6 +58,15 @@ void ClipSelection::chooseAll(const QList<QUuid>& list) {
     }
 }
 
+void ClipSelection::findCurrent(const QList<QUuid>& list) {
+    const auto first =
+        std::ranges::find_if(list, [this](const QUuid& clip) { return m_clips.contains(clip); });
+    if (first != list.end() && !m_clips.contains(m_current)) {
+        m_current = *first;
+        m_rangeStart = *first;
+    }
+}
+
 // The next clip that is left, the one before where there is none.
 QUuid ClipSelection::standIn(const QList<QUuid>& before, const QList<QUuid>& after) const {
     const auto place = std::ranges::find(before, m_current);

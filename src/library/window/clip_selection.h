@@ -15,6 +15,7 @@ public:
     [[nodiscard]] bool isEmpty() const { return m_clips.isEmpty(); }
     [[nodiscard]] qsizetype size() const { return m_clips.size(); }
     [[nodiscard]] bool contains(const QUuid& clip) const { return m_clips.contains(clip); }
+    [[nodiscard]] const QSet<QUuid>& clips() const { return m_clips; }
     /// In the list's order.
     [[nodiscard]] QList<QUuid> inOrderOf(const QList<QUuid>& list) const;
 
@@ -26,6 +27,12 @@ public:
     /// Everything between where the range starts and this clip, and nothing else.
     void extendTo(const QUuid& clip, const QList<QUuid>& list);
     void chooseAll(const QList<QUuid>& list);
+    /// One more, or one less; the current one stays.
+    void add(const QUuid& clip) { m_clips.insert(clip); }
+    void remove(const QUuid& clip) { m_clips.remove(clip); }
+    /// Where nothing selected is the current one, the first of the list that is selected becomes
+    /// it, and a range starts from it.
+    void findCurrent(const QList<QUuid>& list);
     /// The current one is another; what is selected stays.
     void moveTo(const QUuid& clip) { m_current = clip; }
 

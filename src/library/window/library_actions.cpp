@@ -17,6 +17,8 @@ QUILLO_LOG_CATEGORY(lcActions, "LibraryView")
 
 // Few enough that a capture, which waits for the same thread, is not held up.
 constexpr qsizetype kAtOnce = 200;
+// Longer orders are written on the store's thread.
+constexpr qsizetype kMostMembersAtOnce = 10'000;
 
 FetchRequest requestFor(const QList<QUuid>& clips) {
     FetchRequest request;
@@ -75,6 +77,15 @@ void setMembersIn(ObjectContext& context, const QUuid& pinboard, const QList<QUu
         logFailure(areMembers ? addClips(*board, clips) : removeClips(*board, clips),
                    "changing a pinboard");
     }
+}
+
+Result<void> reorder(Pinboard& board, const ClipMove& move) {
+    const auto shown = board.orderedClipIds();
+    if (!shown) {
+        return std::unexpected(shown.error());
+    }
+    board.setClipOrderEntries(orderAsShown(board.clipOrderEntries(), withClipsMoved(*shown, move)));
+    return board.context()->save();
 }
 
 }  // namespace
@@ -164,6 +175,20 @@ void LibraryActions::setMembers(const QUuid& pinboard, const QList<QUuid>& clips
     inPieces(clips, [pinboard, areMembers](ObjectContext& store, const QList<QUuid>& some) {
         setMembersIn(store, pinboard, some, areMembers);
     });
+}
+
+void LibraryActions::moveClips(const QUuid& pinboard, const ClipMove& move) {
+    const auto work = [pinboard, move](ObjectContext& store) {
+        if (const auto board = store.object<Pinboard>(pinboard)) {
+            logFailure(reorder(*board, move), "moving clips");
+        }
+    };
+    const auto item = m_groups.item(pinboard);
+    if (item && item->memberCount > kMostMembersAtOnce) {
+        m_persistence.perform(work);
+    } else {
+        work(context());
+    }
 }
 
 void LibraryActions::deleteClips(const QList<QUuid>& clips) {

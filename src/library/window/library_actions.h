@@ -9,6 +9,7 @@
 #include <memory>
 
 #include "library/groups/group_list.h"
+#include "library/window/clip_grid_reordering.h"
 #include "model/persistence_controller.h"
 #include "paste/paste_back.h"
 
@@ -43,6 +44,8 @@ public:
     void copyTransformed(const QUuid& clip, TextTransformation transformation);
     void setPinned(const QList<QUuid>& clips, bool isPinned);
     void setMembers(const QUuid& pinboard, const QList<QUuid>& clips, bool areMembers);
+    /// Within the pinboard's own order.
+    void moveClips(const QUuid& pinboard, const ClipMove& move);
 
     /// Further ones join those that are pending, and the time starts again.
     void deleteClips(const QList<QUuid>& clips);

@@ -145,6 +145,9 @@ void LibraryView::connectParts() {
             [this] { m_detail->setClips(m_grid->selectedClips()); });
     connect(m_grid, &ClipGrid::activated, this, &LibraryView::copySelected);
     connect(m_grid, &ClipGrid::deleteRequested, this, &LibraryView::deleteSelected);
+    connect(m_grid, &ClipGrid::moveRequested, this, [this](const ClipMove& move) {
+        m_actions.moveClips(m_clips.section().pinboard, move);
+    });
     connect(m_grid, &ClipGrid::menuRequested, this, &LibraryView::openMenu);
     connect(m_grid, &ClipGrid::typed, m_searchBar, &LibrarySearchBar::typeText);
     m_grid->setDragData([this](const QList<QUuid>& clips) { return dragData(clips); });
