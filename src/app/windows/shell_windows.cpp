@@ -99,7 +99,8 @@ QWidget* ShellWindows::build(const Shape& shape, const MakeContent& makeContent)
     addKeys(window);
     place(window, shape);
     window->installEventFilter(this);
-    content->setFocus();
+    QWidget* const wanted = content->focusWidget();
+    (wanted != nullptr ? wanted : content)->setFocus();
     return window;
 }
 

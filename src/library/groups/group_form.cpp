@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "library/groups/group_form.h"
 
+#include <QApplication>
 #include <QKeyEvent>
 #include <QVBoxLayout>
 
@@ -96,6 +97,10 @@ void GroupForm::choose(const QColor& color) {
     m_color = color;
     if (m_picker != nullptr) {
         m_picker->setColor(color);
+    }
+    // A click takes the focus from the field; what is typed next is the name.
+    if (!isAncestorOf(QApplication::focusWidget())) {
+        m_name->setFocus();
     }
 }
 

@@ -34,7 +34,6 @@ QList<QWidget*> focusStops(QWidget* root) {
 
 Sheet::Sheet(QWidget* over, Look look)
     : QWidget(over->window()), m_lookFor(look), m_look(look(schemeOf(palette()))) {
-    setFocusPolicy(Qt::StrongFocus);
     over->window()->installEventFilter(this);
     hide();
 }

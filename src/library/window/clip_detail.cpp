@@ -10,9 +10,10 @@
 #include "appearance/fonts.h"
 #include "library/groups/form_controls.h"
 #include "library/groups/slim_scroll_bar.h"
-#include "library/window/clip_grid_texts.h"
+#include "library/list/clip_list_model.h"
 #include "library/window/detail_content_box.h"
 #include "library/window/flow_layout.h"
+#include "library/window/library_actions.h"
 #include "library/window/library_empty_state.h"
 #include "paste/clip_contents.h"
 
@@ -27,6 +28,7 @@ constexpr int kPartGap = 12;
 constexpr int kLabelWidth = 86;
 constexpr int kButtonHeight = 28;
 constexpr int kPictureSide = 1200;
+constexpr qsizetype kMostFollowed = 200;
 
 PushButton* actionButton(PushButton::Style style, const QString& text, const QString& symbol) {
     auto* button = new PushButton(style, text);
@@ -96,6 +98,7 @@ void ClipDetail::makeParts() {
     single->addSpacing(4);
     column->addWidget(m_single);
     column->addWidget(m_headings[2]);
+    m_headings[2]->hide();
     auto* chips = new QWidget;
     m_chips = new FlowLayout(kGap, chips);
     QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Minimum);
@@ -162,7 +165,7 @@ void ClipDetail::follow(const ChangeSet& changes) {
         return id.entity == Entity::Clip && m_clips.contains(id.key);
     };
     const bool isConcerned =
-        m_clips.size() == 1 &&
+        m_clips.size() <= kMostFollowed &&
         (changes.everything || std::ranges::any_of(changes.deleted, isShown) ||
          std::ranges::any_of(changes.updated, isShown, &ChangeSet::Update::id));
     if (isConcerned) {
@@ -208,7 +211,7 @@ void ClipDetail::showSeveral() {
                           .headline = u"%1 Clips"_s.arg(QLocale().toString(m_clips.size())),
                           .line = u"Selected"_s,
                           .isPinned = false});
-    showPin(false);
+    showPin(arePinned(m_services.context, m_clips));
     m_transform->hide();
     m_delete->show();
     m_single->hide();

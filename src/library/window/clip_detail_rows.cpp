@@ -79,7 +79,6 @@ void ClipDetail::showRows(const QList<DetailRow>& rows) {
         label->setFont(sizedFont(font(), 13, QFont::Normal));
         value->setFont(label->font());
         value->setTextFormat(Qt::PlainText);
-        value->setTextInteractionFlags(Qt::TextSelectableByMouse);
         value->setWordWrap(true);
         value->setAccessibleName(rows[i].label + u": "_s + rows[i].value);
         setInk(*label, m_look.secondaryText);
@@ -128,6 +127,11 @@ void ClipDetail::makeChips() {
         m_chipButtons.append(chip);
         connect(chip, &MembershipChip::clicked, this,
                 [this, chip] { Q_EMIT membershipRequested(chip->group(), !chip->isChecked()); });
+    }
+    QWidget* before = m_chips->parentWidget();
+    for (MembershipChip* chip : std::as_const(m_chipButtons)) {
+        setTabOrder(before, chip);
+        before = chip;
     }
     m_chips->parentWidget()->updateGeometry();
 }

@@ -30,20 +30,4 @@ QString relativeAge(Timestamp moment, Timestamp now) {
     return age < days(365) ? in(days(30), u"mo"_s, u"mo"_s) : in(days(365), u"yr"_s, u"yr"_s);
 }
 
-QString kindSymbol(ClipType kind) {
-    switch (kind) {
-        case ClipType::Text:
-            return u"doc.text"_s;
-        case ClipType::Rtf:
-            return u"doc.richtext"_s;
-        case ClipType::Html:
-            return u"globe"_s;
-        case ClipType::Image:
-            return u"photo"_s;
-        case ClipType::FileUrl:
-            return u"doc"_s;
-    }
-    return u"doc.text"_s;
-}
-
 }  // namespace quillo

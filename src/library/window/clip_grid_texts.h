@@ -4,15 +4,11 @@
 #include <QString>
 
 #include "base/clock.h"
-#include "model/clip.h"
 
 namespace quillo {
 
 /// How long ago a moment is, in its largest unit: "now", "5 min", "3 hr", "1 day", "2 wk", "4 mo",
 /// "1 yr". A moment in the future is now.
 [[nodiscard]] QString relativeAge(Timestamp moment, Timestamp now);
-
-/// The symbol of a stored kind in the library.
-[[nodiscard]] QString kindSymbol(ClipType kind);
 
 }  // namespace quillo

@@ -40,7 +40,6 @@ DetailContentBox::DetailContentBox(QWidget* parent)
     m_title->setFont(sizedFont(font(), 13, QFont::DemiBold));
     m_title->setWordWrap(true);
     m_title->setTextFormat(Qt::PlainText);
-    m_title->setTextInteractionFlags(Qt::TextSelectableByMouse);
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(kPadding, kPadding, kPadding, kPadding);
     column->setSpacing(8);

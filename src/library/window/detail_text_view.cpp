@@ -1,14 +1,21 @@
 // SPDX-License-Identifier: MIT
 #include "library/window/detail_text_view.h"
 
+#include <QContextMenuEvent>
+#include <QMimeData>
+#include <QPointer>
 #include <QScrollBar>
 #include <QTextBlockFormat>
 #include <QTextDocument>
+#include <QTextDocumentFragment>
 #include <algorithm>
+#include <memory>
 
 #include "appearance/fonts.h"
+#include "library/groups/popup_menu.h"
 #include "library/groups/slim_scroll_bar.h"
 #include "library/thumbnails/rich_preview.h"
+#include "platform/pasteboard_reading.h"
 
 namespace quillo {
 namespace {
@@ -120,6 +127,38 @@ void DetailTextView::textGrew() {
 void DetailTextView::resizeEvent(QResizeEvent* event) {
     QTextBrowser::resizeEvent(event);
     textGrew();
+}
+
+QMimeData* DetailTextView::createMimeDataFromSelection() const {
+    auto part = std::make_unique<QMimeData>();
+    part->setText(textCursor().selection().toPlainText());
+    part->setData(QLatin1StringView(kMarkerTarget), kMarkerValue);
+    return part.release();
+}
+
+void DetailTextView::contextMenuEvent(QContextMenuEvent* event) {
+    const bool isByKey = event->reason() == QContextMenuEvent::Keyboard;
+    const QPoint place = isByKey ? cursorRect().bottomLeft() : event->pos();
+    const QPointer<DetailTextView> self(this);
+    std::vector<MenuEntry> entries;
+    entries.push_back({.title = QStringLiteral("&Copy"),
+                       .shortcut = QKeySequence(QKeySequence::Copy).toString(),
+                       .isEnabled = textCursor().hasSelection(),
+                       .action = [self] {
+                           if (self != nullptr) {
+                               self->copy();
+                           }
+                       }});
+    entries.push_back({.title = QStringLiteral("Select &All"),
+                       .shortcut = QKeySequence(QKeySequence::SelectAll).toString(),
+                       .isEnabled = !document()->isEmpty(),
+                       .action = [self] {
+                           if (self != nullptr) {
+                               self->selectAll();
+                           }
+                       }});
+    PopupMenu::open(window(), std::move(entries),
+                    QRect(viewport()->mapTo(window(), place), QSize()), m_look.menus);
 }
 
 QSize DetailTextView::sizeHint() const {

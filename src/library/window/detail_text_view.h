@@ -37,6 +37,9 @@ protected:
     /// Nothing that a document names is loaded.
     QVariant loadResource(int /*type*/, const QUrl& /*name*/) override { return {}; }
     void resizeEvent(QResizeEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    /// A part of a clip is text alone, and is no new clip.
+    [[nodiscard]] QMimeData* createMimeDataFromSelection() const override;
 
 private:
     void startAnew();

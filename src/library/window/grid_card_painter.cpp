@@ -5,11 +5,11 @@
 #include <algorithm>
 
 #include "appearance/symbols.h"
+#include "library/list/clip_list_model.h"
 #include "library/thumbnails/card_body_painter.h"
 #include "library/thumbnails/card_metrics.h"
 #include "library/thumbnails/source_tile.h"
 #include "library/window/clip_grid_layout.h"
-#include "library/window/clip_grid_texts.h"
 
 using namespace Qt::StringLiterals;
 

@@ -256,4 +256,15 @@ std::function<void()> LibraryActions::deletePinboard(const QUuid& pinboard) {
     };
 }
 
+bool arePinned(ObjectContext& context, const QList<QUuid>& clips) {
+    qsizetype pinned = 0;
+    for (qsizetype i = 0; i < clips.size() && i < LibraryActions::kMostCopied; i += kAtOnce) {
+        FetchRequest request = requestFor(clips.mid(i, kAtOnce));
+        request.conditions = {
+            {std::to_underlying(ClipAttribute::IsPinned), Condition::Operator::Equal, qint64{1}}};
+        pinned += context.count(request).value_or(0);
+    }
+    return pinned == clips.size();
+}
+
 }  // namespace quillo

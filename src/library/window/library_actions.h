@@ -73,4 +73,7 @@ private:
     QTimer m_timer;
 };
 
+/// Whether all of them are pinned; never of more than LibraryActions::kMostCopied.
+[[nodiscard]] bool arePinned(ObjectContext& context, const QList<QUuid>& clips);
+
 }  // namespace quillo

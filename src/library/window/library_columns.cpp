@@ -84,6 +84,12 @@ LibraryColumns::LibraryColumns(UserDefaults& defaults, QWidget* sidebar, QWidget
     apply();
 }
 
+LibraryColumns::~LibraryColumns() {
+    if (m_storeSoon.isActive()) {
+        storeColumnWidths(m_defaults, m_widths);
+    }
+}
+
 QSplitterHandle* LibraryColumns::createHandle() {
     return new ColumnLine(this);
 }

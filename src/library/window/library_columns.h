@@ -32,6 +32,7 @@ public:
     /// The widgets are taken over; defaults must outlive this.
     LibraryColumns(UserDefaults& defaults, QWidget* sidebar, QWidget* content, QWidget* detail,
                    QWidget* parent = nullptr);
+    ~LibraryColumns() override;
 
     [[nodiscard]] const ColumnWidths& columnWidths() const { return m_widths; }
     void showSidebar(bool isShown);

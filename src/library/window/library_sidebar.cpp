@@ -134,6 +134,12 @@ void LibrarySidebar::makeRows(const QList<SidebarRowContent>& contents) {
         const int headings = rows.size() <= kFixedRows ? 1 : 2;
         m_column->insertWidget(int(rows.size()) - 1 + headings, row);
     }
+    QWidget* before = m_content;
+    for (SidebarRow* row : std::as_const(rows)) {
+        setTabOrder(before, row);
+        before = row;
+    }
+    setTabOrder(before, m_plus);
     const bool hadFocus = std::ranges::any_of(m_rows, &QWidget::hasFocus);
     for (SidebarRow* row : std::exchange(m_rows, rows)) {
         row->hide();

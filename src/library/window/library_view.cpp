@@ -2,6 +2,7 @@
 #include "library/window/library_view.h"
 
 #include <QApplication>
+#include <QContextMenuEvent>
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -9,6 +10,7 @@
 #include <QShortcut>
 #include <QStackedLayout>
 #include <QVBoxLayout>
+#include <utility>
 
 #include "appearance/fonts.h"
 #include "library/groups/form_controls.h"
@@ -79,7 +81,7 @@ LibraryView::LibraryView(LibraryServices services, QWidget* parent)
     applyLook();
     sectionsChanged();
     listChanged();
-    setFocusProxy(m_grid);
+    m_grid->setFocus();
 }
 
 // The widgets use what the members are.
@@ -241,6 +243,19 @@ void LibraryView::changeEvent(QEvent* event) {
     }
 }
 
+// The menu key is the display server's; its twin reaches us where nobody else wants it.
+void LibraryView::keyPressEvent(QKeyEvent* event) {
+    QWidget* const focus = focusWidget();
+    if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier &&
+        focus != nullptr) {
+        const QPoint place = focus->rect().center();
+        QContextMenuEvent request(QContextMenuEvent::Keyboard, place, focus->mapToGlobal(place));
+        QCoreApplication::sendEvent(focus, &request);
+    } else {
+        QWidget::keyPressEvent(event);
+    }
+}
+
 void LibraryView::showSection(const LibrarySection& section) {
     m_sidebar->setSection(section);
     m_clips.setSection(section);
@@ -256,7 +271,16 @@ void LibraryView::sectionsChanged() {
 void LibraryView::listChanged() {
     if (m_clips.count() > 0 || m_clips.isPending()) {
         m_stack->setCurrentWidget(m_grid);
+        const QLineEdit& field = m_searchBar->field();
+        if (std::exchange(m_isFocusLent, false) && field.hasFocus() && field.text().isEmpty()) {
+            m_grid->setFocus();
+        }
     } else {
+        // Nobody else would have it.
+        if (m_grid->hasFocus()) {
+            m_isFocusLent = true;
+            m_searchBar->focusField();
+        }
         m_empty->setTexts(libraryEmptyTexts(m_clips.searchText(), m_clips.typeFilter()));
         m_stack->setCurrentWidget(m_empty);
     }

@@ -57,6 +57,7 @@ public:
 
 protected:
     void changeEvent(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     [[nodiscard]] QWidget* makeContent();
@@ -103,6 +104,7 @@ private:
     ClipDetail* m_detail;
     LibraryColumns* m_columns;
     NoticeBar* m_notice;
+    bool m_isFocusLent = false;  ///< The search field has it while there are no cards.
 };
 
 /// What stands in place of an empty grid.

@@ -58,8 +58,7 @@ void LibraryView::openMenu(const QRect& anchor) {
     if (clips.isEmpty()) {
         return;
     }
-    const CardContent* card = m_clips.card(clips.constFirst());
-    const bool isPinned = clips.size() == 1 && card != nullptr && card->isPinned;
+    const bool isPinned = arePinned(m_services.persistence.viewContext(), clips);
     std::vector<MenuEntry> entries;
     entries.push_back({.title = u"&Copy"_s,
                        .symbol = u"doc.on.doc"_s,
