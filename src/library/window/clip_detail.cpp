@@ -101,9 +101,6 @@ void ClipDetail::makeParts() {
     m_headings[2]->hide();
     auto* chips = new QWidget;
     m_chips = new FlowLayout(kGap, chips);
-    QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Minimum);
-    policy.setHeightForWidth(true);
-    chips->setSizePolicy(policy);
     column->addWidget(chips);
     column->addStretch();
 }
