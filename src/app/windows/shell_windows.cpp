@@ -95,11 +95,12 @@ QWidget* ShellWindows::build(const Shape& shape, const MakeContent& makeContent)
     auto* box = new QVBoxLayout(window);
     box->setContentsMargins(0, 0, 0, 0);
     QWidget* const content = makeContent().release();
+    // It forgets this when it gets a parent.
+    QWidget* const wanted = content->focusWidget();
     box->addWidget(content);
     addKeys(window);
     place(window, shape);
     window->installEventFilter(this);
-    QWidget* const wanted = content->focusWidget();
     (wanted != nullptr ? wanted : content)->setFocus();
     return window;
 }

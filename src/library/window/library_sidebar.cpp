@@ -137,6 +137,7 @@ void LibrarySidebar::makeRows(const QList<SidebarRowContent>& contents) {
     QWidget* before = m_content;
     for (SidebarRow* row : std::as_const(rows)) {
         setTabOrder(before, row);
+        row->raise();
         before = row;
     }
     setTabOrder(before, m_plus);
