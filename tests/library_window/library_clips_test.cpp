@@ -144,6 +144,33 @@ TEST_P(LibraryClipsOf, APinboardFollowsItsMembersAndTheCountsDoToo) {
     EXPECT_TRUE(becomes({}));
 }
 
+// It rests between two readings and must not miss the last change.
+TEST(LibraryClips, ALongPinboardFollowsChangesThatComeTogether) {
+    ManualClock clock;
+    PersistenceController persistence(inMemory(clock));
+    ObjectContext& view = persistence.viewContext();
+    ClipSearch search(persistence, {});
+    QList<QUuid> ids;
+    for (int i = 0; i < 2'100; ++i) {
+        ids.prepend(Clip::create(view, clock.now())->id());
+        clock.advance(1s);
+    }
+    const auto board =
+        createGroup(view, {u"Work"_s, Qt::red, GroupPlace::AfterListed, ids}).value();
+    LibraryClips clips(persistence, search, [](const QString& id) { return id; });
+    clips.setSection(LibrarySection::ofPinboard(board->id()));
+    EXPECT_EQ(clips.ids(), ids);
+    for (int i = 0; i < 5; ++i) {
+        ASSERT_TRUE(removeClips(*board, {ids.takeAt(i)}));
+    }
+    EXPECT_TRUE(waitUntil([&] { return clips.ids() == ids; }));
+    ASSERT_TRUE(removeClips(*board, {ids.takeLast()}));
+    ASSERT_TRUE(board->move(0, 2));
+    ASSERT_TRUE(view.save());
+    ids.move(0, 2);
+    EXPECT_EQ(clips.ids(), ids) << "who moves a clip sees it move";
+}
+
 INSTANTIATE_TEST_SUITE_P(Histories, LibraryClipsOf, ::testing::Values(150, 450));
 
 }  // namespace

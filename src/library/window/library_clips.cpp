@@ -15,6 +15,9 @@ QUILLO_LOG_CATEGORY(lcClips, "LibraryClips")
 // More than a large screen shows, and read within a frame.
 constexpr qsizetype kFirstClips = 200;
 constexpr qsizetype kMostCards = 600;
+// What is longer takes more than a frame to list.
+constexpr qsizetype kMostListedAtOnce = 2'000;
+constexpr int kRestMs = 100;
 
 FetchRequest newestFirst(const LibrarySection& section, std::optional<FilterType> filter) {
     FetchRequest request;
@@ -60,6 +63,13 @@ LibraryClips::LibraryClips(PersistenceController& persistence, ClipSearch& share
     connect(&m_search, &ClipSearch::contentsChanged, this, [this] {
         if (!m_isWhole) {
             searchAgain();
+        }
+    });
+    m_rest.setSingleShot(true);
+    m_rest.setInterval(kRestMs);
+    connect(&m_rest, &QTimer::timeout, this, [this] {
+        if (m_isBehind) {
+            followFromStore();
         }
     });
     ask(News::Replaced);
@@ -214,7 +224,10 @@ void LibraryClips::follow(const ChangeSet& changes) {
     }
     const bool isFromStore = m_isWhole || m_ids.size() < m_total;
     if (isFromStore || changes.everything) {
-        ask(News::Changed);
+        if (isReordered(changes)) {
+            m_rest.stop();
+        }
+        followFromStore();
         return;
     }
     if (m_section.kind == LibrarySection::Kind::Pinboard) {
@@ -226,6 +239,26 @@ void LibraryClips::follow(const ChangeSet& changes) {
     if (!gone.isEmpty() && m_ids.removeIf([&](const QUuid& id) { return gone.contains(id); }) > 0) {
         m_total = m_ids.size();
         Q_EMIT changed();
+    }
+}
+
+// A clip that comes or goes changes nothing in the pinboard's own record.
+bool LibraryClips::isReordered(const ChangeSet& changes) const {
+    return std::ranges::any_of(changes.updated, [this](const ChangeSet::Update& update) {
+        return update.id.key == m_section.pinboard && !update.attributes.isEmpty();
+    });
+}
+
+// A long list is not read anew for each of many changes that come together.
+void LibraryClips::followFromStore() {
+    if (m_rest.isActive()) {
+        m_isBehind = true;
+        return;
+    }
+    m_isBehind = false;
+    ask(News::Changed);
+    if (m_isWhole && m_ids.size() > kMostListedAtOnce) {
+        m_rest.start();
     }
 }
 

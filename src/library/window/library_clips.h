@@ -3,6 +3,7 @@
 
 #include <QObject>
 #include <QSet>
+#include <QTimer>
 #include <QUuid>
 #include <functional>
 
@@ -78,6 +79,8 @@ private:
     void takePage(const SearchPage& page);
     void takeResult(const SearchResult& result);
     void follow(const ChangeSet& changes);
+    [[nodiscard]] bool isReordered(const ChangeSet& changes) const;
+    void followFromStore();
     [[nodiscard]] bool concerns(const ChangeSet& changes) const;
     void publish();
 
@@ -94,6 +97,8 @@ private:
     bool m_isPending = false;
     bool m_isWhole = false;  ///< The store itself gave the whole list.
     bool m_isComplete = false;
+    QTimer m_rest;  ///< After a long list was read.
+    bool m_isBehind = false;
 };
 
 }  // namespace quillo
