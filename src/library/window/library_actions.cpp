@@ -18,7 +18,7 @@ QUILLO_LOG_CATEGORY(lcActions, "LibraryView")
 // Few enough that a capture, which waits for the same thread, is not held up.
 constexpr qsizetype kAtOnce = 200;
 // Longer orders are written on the store's thread.
-constexpr qsizetype kMostMembersAtOnce = 10'000;
+constexpr qsizetype kMostMembersAtOnce = 5'000;
 
 FetchRequest requestFor(const QList<QUuid>& clips) {
     FetchRequest request;
