@@ -53,6 +53,23 @@ Result<ObjectContext*> contextOf(const Pinboard& group) {
     return group.context();
 }
 
+// One question for many clips; for one, however many members there are.
+Result<QSet<QUuid>> membersAmong(const QList<QUuid>& clips, const Pinboard& group,
+                                 ObjectContext& context) {
+    if (clips.size() == 1) {
+        const Result<QSet<QUuid>> groups = groupIdsOf(context, clips[0]);
+        if (!groups) {
+            return std::unexpected(groups.error());
+        }
+        return groups->contains(group.id()) ? QSet<QUuid>{clips[0]} : QSet<QUuid>();
+    }
+    const Result<QList<QUuid>> members = group.clipIds();
+    if (!members) {
+        return std::unexpected(members.error());
+    }
+    return QSet<QUuid>(members->begin(), members->end());
+}
+
 enum class Membership { Member, None };
 
 // Only the clips of which it is not yet so, so that nothing is written for the others.
@@ -61,13 +78,13 @@ Result<void> setMembership(Pinboard& group, const QList<QUuid>& clips, Membershi
     if (!context) {
         return std::unexpected(context.error());
     }
+    const Result<QSet<QUuid>> members = membersAmong(clips, group, **context);
+    if (!members) {
+        return std::unexpected(members.error());
+    }
     bool isChanged = false;
     for (const QUuid& clip : clips) {
-        const auto groups = groupIdsOf(**context, clip);
-        if (!groups) {
-            return std::unexpected(groups.error());
-        }
-        const bool isMember = groups->contains(group.id());
+        const bool isMember = members->contains(clip);
         if (isMember == (wanted == Membership::Member)) {
             continue;
         }
