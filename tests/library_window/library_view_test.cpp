@@ -326,7 +326,9 @@ TEST_F(Library, PinboardsAreMadeAndEditedInSheets) {
     pressInSheet(Qt::Key_Return);
     ASSERT_NE(sheet(), nullptr) << "a blank name does nothing";
     typeInSheet(u"Recipes "_s);
-    sheet()->findChildren<Swatch*>()[3]->click();
+    pressInSheet(Qt::Key_Tab);
+    pressInSheet(Qt::Key_Left);
+    pressInSheet(Qt::Key_Backtab);
     EXPECT_EQ(sheet()->findChild<Swatch*>()->height() - 2 * Swatch::kRing, 28);
     pressInSheet(Qt::Key_Return);
     EXPECT_EQ(sheet(), nullptr);

@@ -26,7 +26,7 @@ void Swatch::paintEvent(QPaintEvent* /*event*/) {
     painter.setPen(Qt::NoPen);
     if (isChecked()) {
         // On a light ground a white ring is seen by the line around it.
-        painter.setPen(QPen(m_look.fieldBorder, 1));
+        painter.setPen(QPen(m_look.secondaryText, 1));
         painter.setBrush(Qt::white);
         painter.drawEllipse(disc.adjusted(-2, -2, 2, 2));
         painter.setPen(Qt::NoPen);

@@ -2,6 +2,8 @@
 #include "library/groups/swatch_row.h"
 
 #include <QButtonGroup>
+#include <algorithm>
+#include <utility>
 
 #include "base/color_text.h"
 #include "library/groups/swatch.h"
@@ -16,6 +18,7 @@ SwatchRow::SwatchRow(int disc, QWidget* parent) : QWidget(parent), m_group(new Q
         m_group->addButton(swatch);
         m_swatches.append(swatch);
         connect(swatch, &Swatch::toggled, this, [this, swatch](bool isChosen) {
+            markStop();
             if (isChosen && m_isSettled) {
                 Q_EMIT chosen(swatch->color());
             }
@@ -33,6 +36,16 @@ void SwatchRow::setColor(const QColor& color) {
     }
     m_group->setExclusive(true);
     m_isSettled = true;
+    markStop();
+}
+
+// Tab stops at the chosen one, from which the arrow keys choose.
+void SwatchRow::markStop() {
+    const auto chosen = std::ranges::find_if(m_swatches, &Swatch::isChecked);
+    const Swatch* stop = chosen != m_swatches.end() ? *chosen : m_swatches.constFirst();
+    for (Swatch* swatch : std::as_const(m_swatches)) {
+        swatch->setFocusPolicy(swatch == stop ? Qt::TabFocus : Qt::NoFocus);
+    }
 }
 
 void SwatchRow::setLook(const PopupLook& look) {
@@ -45,13 +58,11 @@ QSize SwatchRow::sizeHint() const {
     return {int(m_swatches.size()) * (height() + 1), height()};
 }
 
-// The discs of the first and the last are level with what is above and below the row.
 void SwatchRow::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
-    const double room = width() + 2 * Swatch::kRing - height();
-    const double step = room / double(m_swatches.size() - 1);
+    const double step = double(width() - height()) / double(m_swatches.size() - 1);
     for (qsizetype i = 0; i < m_swatches.size(); ++i) {
-        m_swatches.at(i)->move(int(double(i) * step) - Swatch::kRing, 0);
+        m_swatches.at(i)->move(int(double(i) * step), 0);
     }
 }
 

@@ -38,6 +38,8 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
+    void markStop();
+
     QButtonGroup* m_group;
     QList<Swatch*> m_swatches;
     bool m_isSettled = true;  ///< What is checked now is the person's doing.
