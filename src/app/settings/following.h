@@ -15,7 +15,7 @@ void follow(const Owner& owner, Signal changed, QObject* control, Show show) {
 
 /// The same for one setting, whoever changes it.
 template <typename Show>
-void follow(const UserDefaults& defaults, const QString& key, QObject* control, Show show) {
+void follow(const UserDefaults& defaults, const QString& key, QObject* control, const Show& show) {
     QObject::connect(&defaults, &UserDefaults::changed, control,
                      [key, show](const QString& changed) {
                          if (changed == key) {
