@@ -161,7 +161,8 @@ std::unique_ptr<LibraryView> AppDelegate::makeLibrary() {
         *m_persistence, m_hotkeyManager->overlayController().search(), *m_pasteBack, *m_defaults,
         *m_services.images, *m_services.richText, *m_services.thumbnails, *m_services.workspace,
         m_clock, [](const QUrl& address) { QDesktopServices::openUrl(address); },
-        [](const QUrl& file) { showInFolder(file.toLocalFile()); }});
+        [](const QUrl& file) { showInFolder(file.toLocalFile()); },
+        [this] { return spokenString(m_hotkeyManager->currentConfig()); }});
 }
 
 std::unique_ptr<ShellWindows> AppDelegate::makeShellWindows() {

@@ -6,6 +6,8 @@
 #include <limits>
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace quillo {
 namespace {
 
@@ -78,6 +80,12 @@ QString displayString(const HotkeyConfig& config) {
         }
     }
     return text + keyName(config.keyCode);
+}
+
+QString spokenString(const HotkeyConfig& config) {
+    QString text = displayString(config);
+    text.replace(u'⌃', u"Control-"_s).replace(u'⌥', u"Alt-"_s);
+    return text.replace(u'⇧', u"Shift-"_s).replace(u'⌘', u"Super-"_s);
 }
 
 std::optional<QString> systemShortcutName(const HotkeyConfig& config) {

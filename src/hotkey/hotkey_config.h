@@ -20,6 +20,8 @@ struct HotkeyConfig {
 
 /// The modifiers' signs and the key's name, "⇧⌘V"; a key without a name shows as "?".
 [[nodiscard]] QString displayString(const HotkeyConfig& config);
+/// The same in words, "Shift-Super-V".
+[[nodiscard]] QString spokenString(const HotkeyConfig& config);
 
 /// The name of the system's own shortcut that has this combination, with Command or, as Linux
 /// programs have it, with Control in its place; none when it is free to take.

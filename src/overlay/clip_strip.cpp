@@ -25,6 +25,8 @@ constexpr int kEdge = 48;
 constexpr int kEdgeStep = 14;
 constexpr int kEdgeIntervalMs = 16;
 constexpr double kDraggedScale = 0.5;
+// Below the pointer, so that one sees what it is over.
+constexpr QPoint kDraggedHotSpot(-12, -16);
 
 }  // namespace
 
@@ -320,7 +322,7 @@ void ClipStrip::startDrag() {
     auto* drag = new QDrag(this);
     drag->setMimeData(contents.release());
     drag->setPixmap(m_painter.cardPixmap(index, devicePixelRatioF(), kDraggedScale));
-    drag->setHotSpot((m_pressPosition - cardRect(index).topLeft()) * kDraggedScale);
+    drag->setHotSpot(kDraggedHotSpot);
     update();
     const QPointer<ClipStrip> self(this);
     // Never a move: a file manager would take the person's file away.

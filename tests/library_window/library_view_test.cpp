@@ -398,9 +398,11 @@ TEST(LibraryEmptyState, SaysWhyAndOffersAWayBack) {
                 {u"x"_s, std::nullopt, u"No matching clips"_s, true},
                 {u""_s, FilterType::Pdf, u"No clips yet"_s, true}};
     for (const auto& row : rows) {
-        const auto texts = libraryEmptyTexts(row.search, row.filter);
+        const auto texts = libraryEmptyTexts({{}, row.search, row.filter, {}});
         EXPECT_EQ(texts.title, row.title);
         EXPECT_EQ(!texts.button.isEmpty(), row.hasButton);
+        EXPECT_EQ(texts.caption.isEmpty(), row.hasButton)
+            << "how to fill it, or how to empty the filters";
     }
 }
 

@@ -25,7 +25,8 @@ struct LibraryRig {
         return std::make_unique<LibraryView>(LibraryServices{
             persistence, search, pasteBack, defaults, images, documents, thumbnails, workspace,
             clock, [this](const QUrl& address) { opened.append(address); },
-            [this](const QUrl& address) { shown.append(address); }});
+            [this](const QUrl& address) { shown.append(address); },
+            [] { return QStringLiteral("Shift-Super-V"); }});
     }
 
     [[nodiscard]] QByteArray pasteboardText() {

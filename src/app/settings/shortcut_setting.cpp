@@ -19,13 +19,6 @@ QString idleHint() {
     return u"Click the shortcut to change it. Press the hotkey to show the overlay."_s;
 }
 
-// As screen readers can say it.
-QString spokenShortcut(const HotkeyConfig& config) {
-    QString text = displayString(config);
-    text.replace(u'⌃', u"Control-"_s).replace(u'⌥', u"Alt-"_s);
-    return text.replace(u'⇧', u"Shift-"_s).replace(u'⌘', u"Super-"_s);
-}
-
 }  // namespace
 
 ShortcutSetting::ShortcutSetting(const SettingsServices& services, SettingsRow& row)
@@ -89,7 +82,7 @@ void ShortcutSetting::showShortcut() {
     m_button->setFont(font);
     m_button->setText(isRecording ? u"Press keys..."_s : displayString(config));
     m_button->setAccessibleName(isRecording ? u"Press keys..."_s
-                                            : u"Shortcut: "_s + spokenShortcut(config));
+                                            : u"Shortcut: "_s + spokenString(config));
     m_button->setToolTip(isRecording ? QString() : u"Record another shortcut"_s);
     m_button->updateGeometry();
     showHint(isRecording ? u"Press your desired key combination, or Esc to cancel."_s : idleHint());

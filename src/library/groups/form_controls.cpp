@@ -118,13 +118,13 @@ bool PushButton::hasGround() const {
 }
 
 int PushButton::symbolWidth() const {
-    return m_symbol.isEmpty() ? 0 : kSymbol + kAfterSymbol;
+    return m_symbol.isEmpty() ? 0 : kSymbol + (text().isEmpty() ? 0 : kAfterSymbol);
 }
 
 QSize PushButton::sizeHint() const {
     const int width = symbolWidth() + fontMetrics().horizontalAdvance(QAbstractButton::text());
     return hasGround() ? QSize(width + 2 * kButtonPadding, kButtonHeight)
-                       : QSize(width + 4, kBareHeight);
+                       : QSize(text().isEmpty() ? kBareHeight : width + 4, kBareHeight);
 }
 
 QColor PushButton::ground() const {
@@ -158,7 +158,7 @@ void PushButton::paintEvent(QPaintEvent* /*event*/) {
         fillRounded(painter, rect(), kButtonRadius, ground());
     }
     QRect line = rect();
-    if (hasGround()) {
+    if (hasGround() || text().isEmpty()) {
         line.setLeft((width() - symbolWidth() - fontMetrics().horizontalAdvance(text())) / 2);
     }
     if (!m_symbol.isEmpty()) {

@@ -14,6 +14,8 @@ namespace quillo {
 namespace {
 
 constexpr double kDraggedScale = 0.7;
+// Below the pointer, so that one sees what it is over.
+constexpr QPoint kDraggedHotSpot(-12, -16);
 constexpr int kBandAlpha = 48;
 
 }  // namespace
@@ -134,7 +136,7 @@ void ClipGrid::startDrag() {
     auto* drag = new QDrag(this);
     drag->setMimeData(contents.release());
     drag->setPixmap(dragPixmap(index, clips.size()));
-    drag->setHotSpot((m_pressPosition - cardRect(index).topLeft()) * kDraggedScale);
+    drag->setHotSpot(kDraggedHotSpot);
     const QPointer<ClipGrid> self(this);
     // Never a move: a file manager would take the person's file away.
     drag->exec(Qt::CopyAction);

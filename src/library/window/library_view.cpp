@@ -26,6 +26,19 @@ constexpr int kMargin = 16;
 constexpr int kSearchGap = 12;
 constexpr int kSearchTrail = 10;
 
+QString howToFill(const LibraryQuestion& question) {
+    switch (question.section) {
+        case LibrarySection::Kind::Favorites:
+            return u"Pinned clips are found here"_s;
+        case LibrarySection::Kind::Pinboard:
+            return u"Drag clips onto the pinboard, or add them from their menu"_s;
+        case LibrarySection::Kind::AllClips:
+            break;
+    }
+    return u"Copy something to get started, then press %1 wherever you want to paste it"_s.arg(
+        question.shortcut);
+}
+
 void setGround(QWidget& widget, const QColor& color) {
     QPalette palette = widget.palette();
     palette.setColor(QPalette::Window, color);
@@ -34,12 +47,11 @@ void setGround(QWidget& widget, const QColor& color) {
 
 }  // namespace
 
-LibraryEmptyState::Texts libraryEmptyTexts(const QString& searchText,
-                                           std::optional<FilterType> filter) {
-    const bool isFiltered = !searchText.isEmpty() || filter;
+LibraryEmptyState::Texts libraryEmptyTexts(const LibraryQuestion& question) {
+    const bool isFiltered = !question.searchText.isEmpty() || question.filter;
     return {.symbol = u"doc.on.clipboard"_s,
-            .title = searchText.isEmpty() ? u"No clips yet"_s : u"No matching clips"_s,
-            .caption = {},
+            .title = question.searchText.isEmpty() ? u"No clips yet"_s : u"No matching clips"_s,
+            .caption = isFiltered ? QString() : howToFill(question),
             .button = isFiltered ? u"Clear Filters"_s : QString()};
 }
 
@@ -81,7 +93,11 @@ LibraryView::LibraryView(LibraryServices services, QWidget* parent)
     applyLook();
     sectionsChanged();
     listChanged();
-    m_grid->setFocus();
+    if (m_stack->currentWidget() == m_grid) {
+        m_grid->setFocus();
+    } else {
+        lendFocus();
+    }
 }
 
 // The widgets use what the members are.
@@ -276,15 +292,20 @@ void LibraryView::listChanged() {
             m_grid->setFocus();
         }
     } else {
-        // Nobody else would have it.
         if (m_grid->hasFocus()) {
-            m_isFocusLent = true;
-            m_searchBar->focusField();
+            lendFocus();
         }
-        m_empty->setTexts(libraryEmptyTexts(m_clips.searchText(), m_clips.typeFilter()));
+        m_empty->setTexts(libraryEmptyTexts({m_clips.section().kind, m_clips.searchText(),
+                                             m_clips.typeFilter(), m_services.shortcut()}));
         m_stack->setCurrentWidget(m_empty);
     }
     m_notice->raise();
+}
+
+// While there are no cards nobody else would have the keyboard.
+void LibraryView::lendFocus() {
+    m_isFocusLent = true;
+    m_searchBar->focusField();
 }
 
 void LibraryView::storeChanged(const ChangeSet& changes) {

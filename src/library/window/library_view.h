@@ -37,6 +37,7 @@ struct LibraryServices {
     const Clock& clock;
     std::function<void(const QUrl&)> openLink;  ///< In the person's browser.
     std::function<void(const QUrl&)> showFile;  ///< In the person's file manager.
+    std::function<QString()> shortcut;          ///< The panel's, in words.
 };
 
 /// The content of the library window: sections, the clips of one of them, and the chosen clip in
@@ -68,6 +69,7 @@ private:
     void applyLook();
     void sectionsChanged();
     void listChanged();
+    void lendFocus();
     void showEmptyState();
     void undo();
     void copySelected();
@@ -108,7 +110,12 @@ private:
 };
 
 /// What stands in place of an empty grid.
-[[nodiscard]] LibraryEmptyState::Texts libraryEmptyTexts(const QString& searchText,
-                                                         std::optional<FilterType> filter);
+struct LibraryQuestion {
+    LibrarySection::Kind section = LibrarySection::Kind::AllClips;
+    QString searchText;
+    std::optional<FilterType> filter;
+    QString shortcut;  ///< The panel's, in words.
+};
+[[nodiscard]] LibraryEmptyState::Texts libraryEmptyTexts(const LibraryQuestion& question);
 
 }  // namespace quillo
