@@ -171,8 +171,8 @@ void OverlayBar::resizeEvent(QResizeEvent* event) {
 }
 
 bool OverlayBar::event(QEvent* event) {
-    // The chips became more or fewer.
-    if (event->type() == QEvent::LayoutRequest) {
+    // The chips became more or fewer; nobody says so while the panel is hidden.
+    if (event->type() == QEvent::LayoutRequest || event->type() == QEvent::Show) {
         layOut();
     }
     return QWidget::event(event);

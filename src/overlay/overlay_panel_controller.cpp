@@ -145,7 +145,13 @@ void OverlayPanelController::connectBar() {
     chips.followFilters(m_services.colors);
     chips.followGroups(m_groups);
     connect(&chips, &ChipRow::filterChosen, this, [this](std::optional<FilterType> filter) {
-        m_view->bar().chips().setSelectedFilter(filter);
+        ChipRow& row = m_view->bar().chips();
+        // "All" twice is all of the history.
+        if (!filter && !m_clips.typeFilter() && m_clips.groupFilter()) {
+            row.setSelectedGroup(std::nullopt);
+            m_clips.setGroupFilter(std::nullopt);
+        }
+        row.setSelectedFilter(filter);
         resetSelection();
         m_clips.setTypeFilter(filter);
     });

@@ -24,6 +24,19 @@ QList<QUrl> fileUrlsOf(const Clip& clip) {
     return url.isValid() && !url.scheme().isEmpty() ? QList<QUrl>{url} : QList<QUrl>();
 }
 
+// The stored text of a page lacks the line breaks that the page has.
+std::optional<QString> textAmongOthers(const Clip& clip, const RichTextReader& reader) {
+    constexpr qsizetype kLongestPage = 32 * 1024;
+    const std::optional<QByteArray> page =
+        clip.type() == ClipType::Html ? clip.attributed() : std::nullopt;
+    if (page && page->size() <= kLongestPage) {
+        if (const auto rendered = reader.readHtml(*page)) {
+            return rendered->text;
+        }
+    }
+    return transformableText(clip);
+}
+
 void addPlainText(PasteboardContents& contents, const Clip& clip) {
     contents.text = clip.plaintext();
 }
@@ -84,24 +97,27 @@ PasteboardContents contentsForDetailCopy(const Clip& clip) {
     return contents;
 }
 
-PasteboardContents contentsTogether(const QList<std::shared_ptr<Clip>>& clips) {
+ContentsTogether contentsTogether(const QList<std::shared_ptr<Clip>>& clips,
+                                  const RichTextReader& reader) {
     QStringList texts;
     QList<QUrl> files;
     for (const std::shared_ptr<Clip>& clip : clips) {
         if (clip->type() == ClipType::FileUrl) {
             files.append(fileUrlsOf(*clip));
         }
-        if (const std::optional<QString> text = transformableText(*clip)) {
+        if (const std::optional<QString> text = textAmongOthers(*clip, reader)) {
             texts.append(*text);
         }
     }
-    PasteboardContents contents;
+    ContentsTogether together;
     if (files.size() == clips.size()) {
-        contents.fileUrls = files;
+        together.contents.fileUrls = files;
+        together.count = files.size();
     } else if (!texts.isEmpty()) {
-        contents.text = texts.join(u'\n');
+        together.contents.text = texts.join(u'\n');
+        together.count = texts.size();
     }
-    return contents;
+    return together;
 }
 
 std::optional<QString> transformableText(const Clip& clip) {

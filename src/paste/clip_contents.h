@@ -30,7 +30,12 @@ struct ContentReaders {
 
 /// What several clips copy together: files where all of them are files; else their texts and
 /// addresses, one below the other, and one that has neither is left out.
-[[nodiscard]] PasteboardContents contentsTogether(const QList<std::shared_ptr<Clip>>& clips);
+struct ContentsTogether {
+    PasteboardContents contents;
+    qsizetype count = 0;  ///< Of the clips that are in it.
+};
+[[nodiscard]] ContentsTogether contentsTogether(const QList<std::shared_ptr<Clip>>& clips,
+                                                const RichTextReader& reader);
 
 /// The text that a transformation is applied to: the clip's text, else its address; none when it
 /// has neither.

@@ -41,8 +41,12 @@ void PasteBack::copyInDetail(const Clip& clip) {
     m_services.pasteboard.write(contentsForDetailCopy(clip));
 }
 
-void PasteBack::copyTogether(const QList<std::shared_ptr<Clip>>& clips) {
-    m_services.pasteboard.write(contentsTogether(clips));
+qsizetype PasteBack::copyTogether(const QList<std::shared_ptr<Clip>>& clips) {
+    const ContentsTogether together = contentsTogether(clips, m_services.readers.richText);
+    if (together.count > 0) {
+        m_services.pasteboard.write(together.contents);
+    }
+    return together.count;
 }
 
 std::unique_ptr<QMimeData> PasteBack::dragData(const Clip& clip) const {
@@ -52,7 +56,8 @@ std::unique_ptr<QMimeData> PasteBack::dragData(const Clip& clip) const {
 
 std::unique_ptr<QMimeData> PasteBack::dragData(const QList<std::shared_ptr<Clip>>& clips) const {
     const ContentReaders& readers = m_services.readers;
-    return mimeDataFor(contentsTogether(clips), {readers.richText, readers.images});
+    return mimeDataFor(contentsTogether(clips, readers.richText).contents,
+                       {readers.richText, readers.images});
 }
 
 void PasteBack::copyTransformed(const Clip& clip, TextTransformation transformation) {

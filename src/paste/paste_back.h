@@ -51,8 +51,8 @@ public:
     /// The detail view's copy button.
     void copyInDetail(const Clip& clip);
 
-    /// Several clips of the library.
-    void copyTogether(const QList<std::shared_ptr<Clip>>& clips);
+    /// Several clips of the library. How many of them could be; where none, nothing is written.
+    qsizetype copyTogether(const QList<std::shared_ptr<Clip>>& clips);
 
     /// What dragging the clip into another program gives it, in the clip's own kind. The services
     /// must outlive the data.

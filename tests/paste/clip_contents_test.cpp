@@ -111,9 +111,11 @@ TEST_F(ClipContents, SeveralAreFilesOnlyWhereAllAreFiles) {
         clips.constLast()->setType(ClipType::FileUrl);
         clips.constLast()->setUrlString(address);
     }
-    EXPECT_EQ(summary(contentsTogether(clips)), "file:file:///tmp/a file:file:///tmp/b");
+    EXPECT_EQ(summary(contentsTogether(clips, m_richText).contents),
+              "file:file:///tmp/a file:file:///tmp/b");
     clips.append(words);
-    EXPECT_EQ(summary(contentsTogether(clips)), "text:file:///tmp/a\nfile:///tmp/b\nwords");
+    EXPECT_EQ(summary(contentsTogether(clips, m_richText).contents),
+              "text:file:///tmp/a\nfile:///tmp/b\nwords");
 }
 
 TEST(PasteTarget, TheKeysFollowTheProgram) {

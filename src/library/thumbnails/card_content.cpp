@@ -4,6 +4,7 @@
 #include <QDateTime>
 #include <QLocale>
 #include <QUrl>
+#include <algorithm>
 
 namespace quillo {
 namespace {
@@ -16,7 +17,7 @@ QString kindLabelOf(const Clip& clip, FilterType filter) {
 }
 
 QString charactersText(const Clip& clip) {
-    const qsizetype count = clip.plaintext().value_or(QString()).size();
+    const qsizetype count = characterCount(clip.plaintext().value_or(QString()));
     return count == 1 ? QStringLiteral("1 character")
                       : QStringLiteral("%1 characters").arg(QLocale().toString(count));
 }
@@ -77,6 +78,10 @@ QString titleOf(const Clip& clip, CardPreview preview) {
 }
 
 }  // namespace
+
+qsizetype characterCount(const QString& text) {
+    return text.size() - std::ranges::count_if(text, [](QChar c) { return c.isLowSurrogate(); });
+}
 
 CardContent cardContentFor(const Clip& clip, const QString& source) {
     CardContent card;

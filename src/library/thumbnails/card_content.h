@@ -43,4 +43,7 @@ struct CardContent {
 /// The age on a card: "now", "5 min", "3 h", "2 d", then the date. A moment in the future is now.
 [[nodiscard]] QString ageText(Timestamp moment, Timestamp now);
 
+/// As people count: a pair of surrogates is one.
+[[nodiscard]] qsizetype characterCount(const QString& text);
+
 }  // namespace quillo

@@ -55,10 +55,15 @@ bool fits(QTextLayout& layout, int width) {
 }  // namespace
 
 TextBlock::TextBlock(const TextBlockSource& source) {
+    // What ends a text unseen is not what does not fit.
+    qsizetype length = source.text.size();
+    while (length > 0 && source.text[length - 1].isSpace()) {
+        --length;
+    }
     qsizetype start = 0;
-    while (start <= source.text.size()) {
+    while (start <= length) {
         const qsizetype feed = source.text.indexOf(u'\n', start);
-        const qsizetype end = feed < 0 ? source.text.size() : feed;
+        const qsizetype end = feed < 0 ? length : std::min(feed, length);
         if (!layParagraph(source, start, end - start)) {
             elideLastLine(source);
             return;

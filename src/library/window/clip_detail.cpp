@@ -28,7 +28,6 @@ constexpr int kPartGap = 12;
 constexpr int kLabelWidth = 86;
 constexpr int kButtonHeight = 28;
 constexpr int kPictureSide = 1200;
-constexpr qsizetype kMostFollowed = 200;
 
 PushButton* actionButton(PushButton::Style style, const QString& text, const QString& symbol) {
     auto* button = new PushButton(style, text);

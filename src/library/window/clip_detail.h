@@ -35,6 +35,9 @@ public:
         std::function<QPixmap(const Clip& clip)> sourceIcon;
     };
 
+    /// Of more clips only their number is shown.
+    static constexpr qsizetype kMostFollowed = 200;
+
     /// What is in the services must outlive the pane.
     explicit ClipDetail(Services services, QWidget* parent = nullptr);
 
@@ -68,7 +71,7 @@ private:
     void makeChips();
     void showPin(bool isPinned);
     void openTransformMenu();
-    [[nodiscard]] bool isMemberOf(const QUuid& group) const;
+    [[nodiscard]] QSet<QUuid> commonGroups() const;
 
     Services m_services;
     LibraryLook m_look;

@@ -95,11 +95,17 @@ void ClipDetail::showRows(const QList<DetailRow>& rows) {
     }
 }
 
-bool ClipDetail::isMemberOf(const QUuid& group) const {
-    if (m_clips.size() != 1) {
-        return false;
+// Those that all of them are in; of very many it is not asked.
+QSet<QUuid> ClipDetail::commonGroups() const {
+    QSet<QUuid> common;
+    for (qsizetype i = 0; i < m_clips.size() && m_clips.size() <= kMostFollowed; ++i) {
+        const auto groups = groupIdsOf(m_services.context, m_clips[i]).value_or(QSet<QUuid>());
+        common = i == 0 ? groups : common.intersect(groups);
+        if (common.isEmpty()) {
+            break;
+        }
     }
-    return groupIdsOf(m_services.context, m_clips[0]).value_or(QSet<QUuid>()).contains(group);
+    return common;
 }
 
 // Made anew only for other groups: the keyboard focus may be on one of them.
@@ -111,8 +117,9 @@ void ClipDetail::showChips() {
     if (std::exchange(m_shownGroups, items) != items) {
         makeChips();
     }
+    const QSet<QUuid> common = commonGroups();
     for (MembershipChip* chip : std::as_const(m_chipButtons)) {
-        chip->setChecked(isMemberOf(chip->group()));
+        chip->setChecked(common.contains(chip->group()));
     }
 }
 

@@ -7,6 +7,7 @@
 
 #include "library/thumbnails/card_list_accessible.h"
 #include "library/window/clip_grid.h"
+#include "library/window/library_search_bar.h"
 
 namespace quillo {
 namespace {
@@ -32,12 +33,6 @@ std::optional<GridMove> moveOfKey(int key) {
         default:
             return std::nullopt;
     }
-}
-
-bool isText(const QKeyEvent& event) {
-    const bool isPlain =
-        (event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) == 0;
-    return isPlain && !event.text().isEmpty() && event.text().at(0).isPrint();
 }
 
 }  // namespace
@@ -109,7 +104,7 @@ void ClipGrid::keyPressEvent(QKeyEvent* event) {
         Q_EMIT deleteRequested();
     } else if (event->key() == Qt::Key_Escape && m_selection.size() > 1) {
         choose(currentIndex());
-    } else if (isText(*event) && event->key() != Qt::Key_Space) {
+    } else if (isSearchText(*event)) {
         Q_EMIT typed(event->text());
     } else if (!moveByKey(*event)) {
         event->ignore();

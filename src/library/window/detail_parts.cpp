@@ -11,6 +11,7 @@
 #include "appearance/symbols.h"
 #include "library/groups/form_controls.h"
 #include "library/thumbnails/card_body_painter.h"
+#include "library/thumbnails/card_content.h"
 #include "library/window/library_sections.h"
 
 using namespace Qt::StringLiterals;
@@ -71,9 +72,7 @@ QList<DetailRow> detailRows(const Clip& clip, const QString& source) {
     add(u"Type"_s, kindName(clip.type().value_or(ClipType::Text)));
     add(u"Size"_s, clip.formattedFileSize());
     if (text) {
-        // People count a pair of surrogates once.
-        const auto low = std::ranges::count_if(*text, [](QChar c) { return c.isLowSurrogate(); });
-        add(u"Characters"_s, QLocale().toString(text->size() - low));
+        add(u"Characters"_s, QLocale().toString(characterCount(*text)));
     }
     return rows;
 }

@@ -121,14 +121,14 @@ QList<std::shared_ptr<Clip>> LibraryActions::fetch(const QList<QUuid>& clips) co
     return ordered;
 }
 
-void LibraryActions::copy(const QList<QUuid>& clips) {
+qsizetype LibraryActions::copy(const QList<QUuid>& clips) {
     const QList<std::shared_ptr<Clip>> found =
         fetch(clips.first(std::min(clips.size(), kMostCopied)));
     if (found.size() == 1) {
         m_pasteBack.copyInDetail(*found.constFirst());
-    } else if (!found.isEmpty()) {
-        m_pasteBack.copyTogether(found);
+        return 1;
     }
+    return found.isEmpty() ? 0 : m_pasteBack.copyTogether(found);
 }
 
 std::unique_ptr<QMimeData> LibraryActions::dragData(const QList<QUuid>& clips) const {

@@ -35,8 +35,9 @@ public:
     /// Completes what is pending.
     ~LibraryActions() override;
 
-    /// One clip in full, as the detail pane copies it; the texts of several.
-    void copy(const QList<QUuid>& clips);
+    /// One clip in full, as the detail pane copies it; the files or texts of several. How many of
+    /// them could be copied.
+    qsizetype copy(const QList<QUuid>& clips);
     /// What dragging the clips gives another program; null when they are gone.
     [[nodiscard]] std::unique_ptr<QMimeData> dragData(const QList<QUuid>& clips) const;
     /// What a card's menu copies: the image, else the text, else the address.

@@ -13,6 +13,7 @@ namespace {
 
 constexpr int kSymbol = 40;
 constexpr int kMargin = 24;
+constexpr int kCaptionWidth = 300;
 
 }  // namespace
 
@@ -34,6 +35,8 @@ LibraryEmptyState::LibraryEmptyState(const Texts& texts, QWidget* parent)
         label->setWordWrap(true);
         column->addWidget(label);
     }
+    m_caption->setMaximumWidth(kCaptionWidth);
+    column->setAlignment(m_caption, Qt::AlignHCenter);
     column->addSpacing(4);
     column->addWidget(m_button, 0, Qt::AlignHCenter);
     column->addStretch();

@@ -66,6 +66,16 @@ void LibrarySearchField::keyPressEvent(QKeyEvent* event) {
     }
 }
 
+// Where there is nothing typed to undo, the window's own undo is meant.
+bool LibrarySearchField::event(QEvent* event) {
+    if (event->type() == QEvent::ShortcutOverride && !isUndoAvailable() &&
+        static_cast<QKeyEvent*>(event)->matches(QKeySequence::Undo)) {
+        event->ignore();
+        return false;
+    }
+    return GlassField::event(event);
+}
+
 TypePicker::TypePicker(QWidget* parent)
     : PanelButton(QAccessible::ButtonMenu, parent), m_look(libraryLook(ColorScheme::Light)) {
     setFixedSize(kPickerWidth, kHeight);
@@ -151,6 +161,13 @@ LibrarySearchBar::LibrarySearchBar(QWidget* parent)
 void LibrarySearchBar::focusField() {
     m_field->setFocus(Qt::ShortcutFocusReason);
     m_field->selectAll();
+}
+
+bool isSearchText(const QKeyEvent& event) {
+    const bool isPlain =
+        (event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) == 0;
+    return isPlain && event.key() != Qt::Key_Space && !event.text().isEmpty() &&
+           event.text().at(0).isPrint();
 }
 
 void LibrarySearchBar::typeText(const QString& text) {

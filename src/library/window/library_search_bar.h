@@ -28,6 +28,7 @@ Q_SIGNALS:
 protected:
     void paintEvent(QPaintEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    bool event(QEvent* event) override;
 
 private:
     LibraryLook m_look;
@@ -60,6 +61,9 @@ private:
 };
 
 /// Both beside each other.
+/// Whether the key is a letter that begins a search when it is pressed outside the field.
+[[nodiscard]] bool isSearchText(const QKeyEvent& event);
+
 class LibrarySearchBar final : public QWidget {
     Q_OBJECT
 

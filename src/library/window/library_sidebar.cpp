@@ -11,6 +11,7 @@
 #include "appearance/fonts.h"
 #include "library/groups/form_controls.h"
 #include "library/groups/slim_scroll_bar.h"
+#include "library/window/library_search_bar.h"
 
 using namespace Qt::StringLiterals;
 
@@ -247,6 +248,8 @@ void LibrarySidebar::keyPressEvent(QKeyEvent* event) {
         Q_EMIT renameRequested(section.pinboard);
     } else if (isPinboard && event->key() == Qt::Key_Delete) {
         Q_EMIT deleteRequested(section.pinboard);
+    } else if (isSearchText(*event)) {
+        Q_EMIT typed(event->text());
     } else {
         QScrollArea::keyPressEvent(event);
     }

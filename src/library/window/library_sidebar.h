@@ -42,6 +42,8 @@ Q_SIGNALS:
     void editorRequested(std::optional<QUuid> pinboard);
     void renameRequested(const QUuid& pinboard);
     void deleteRequested(const QUuid& pinboard);
+    /// A letter, which belongs into the search field.
+    void typed(const QString& text);
     /// The clip that the drag names; its source may know of more.
     void clipDropped(const LibrarySection& section, const QUuid& clip);
 

@@ -140,6 +140,7 @@ QWidget* LibraryView::makeContent() {
 
 void LibraryView::connectParts() {
     connect(m_sidebar, &LibrarySidebar::sectionChosen, this, &LibraryView::showSection);
+    connect(m_sidebar, &LibrarySidebar::typed, m_searchBar, &LibrarySearchBar::typeText);
     connect(m_sidebar, &LibrarySidebar::editorRequested, this, &LibraryView::openEditor);
     connect(m_sidebar, &LibrarySidebar::renameRequested, this, &LibraryView::openRename);
     connect(m_sidebar, &LibrarySidebar::deleteRequested, this, &LibraryView::deletePinboard);
@@ -153,12 +154,7 @@ void LibraryView::connectParts() {
                 m_searchBar->types().setFilter(filter);
                 m_clips.setTypeFilter(filter);
             });
-    connect(m_empty, &LibraryEmptyState::pressed, this, [this] {
-        m_searchBar->types().setFilter(std::nullopt);
-        m_clips.clearFilters();
-        m_searchBar->field().clear();
-        m_grid->setFocus();
-    });
+    connect(m_empty, &LibraryEmptyState::pressed, this, &LibraryView::clearFilters);
     connect(m_grid, &ClipGrid::selectionChanged, this,
             [this] { m_detail->setClips(m_grid->selectedClips()); });
     connect(m_grid, &ClipGrid::activated, this, &LibraryView::copySelected);
@@ -223,7 +219,11 @@ void LibraryView::addShortcuts() {
     for (int i = 0; i < 9; ++i) {
         add(u"Ctrl+%1"_s.arg(i + 1), [this, i] {
             if (i < m_sidebar->rows().size()) {
+                const bool isInSidebar = m_sidebar->isAncestorOf(focusWidget());
                 showSection(m_sidebar->rows()[i]->content().section);
+                if (isInSidebar) {
+                    m_sidebar->focusSection();
+                }
             }
         });
     }
@@ -267,6 +267,8 @@ void LibraryView::keyPressEvent(QKeyEvent* event) {
         const QPoint place = focus->rect().center();
         QContextMenuEvent request(QContextMenuEvent::Keyboard, place, focus->mapToGlobal(place));
         QCoreApplication::sendEvent(focus, &request);
+    } else if (event->key() == Qt::Key_Escape) {
+        clearFilters();
     } else {
         QWidget::keyPressEvent(event);
     }
@@ -300,6 +302,13 @@ void LibraryView::listChanged() {
         m_stack->setCurrentWidget(m_empty);
     }
     m_notice->raise();
+}
+
+void LibraryView::clearFilters() {
+    m_searchBar->types().setFilter(std::nullopt);
+    m_clips.clearFilters();
+    m_searchBar->field().clear();
+    m_grid->setFocus();
 }
 
 // While there are no cards nobody else would have the keyboard.

@@ -70,6 +70,7 @@ private:
     void sectionsChanged();
     void listChanged();
     void lendFocus();
+    void clearFilters();
     void showEmptyState();
     void undo();
     void copySelected();

@@ -29,10 +29,14 @@ void LibraryView::copySelected() {
     if (clips.isEmpty()) {
         return;
     }
-    m_actions.copy(clips);
-    const bool isCut = clips.size() > LibraryActions::kMostCopied;
-    m_notice->say(isCut ? u"The first %1 clips copied"_s.arg(LibraryActions::kMostCopied)
-                        : clipsText(clips.size(), u"copied"_s));
+    const qsizetype copied = m_actions.copy(clips);
+    if (copied == clips.size()) {
+        m_notice->say(clipsText(copied, u"copied"_s));
+    } else if (copied > 0) {
+        m_notice->say(u"%1 of %2 clips copied, as text"_s.arg(copied).arg(clips.size()));
+    } else {
+        m_notice->say(u"Several images cannot be copied together"_s);
+    }
 }
 
 void LibraryView::deleteSelected() {
@@ -64,8 +68,12 @@ void LibraryView::openMenu(const QRect& anchor) {
                        .symbol = u"doc.on.doc"_s,
                        .shortcut = u"Return"_s,
                        .action = [this, clips] {
-                           clips.size() == 1 ? m_actions.copyCard(clips[0]) : m_actions.copy(clips);
-                           m_notice->say(clipsText(clips.size(), u"copied"_s));
+                           if (clips.size() > 1) {
+                               copySelected();
+                               return;
+                           }
+                           m_actions.copyCard(clips[0]);
+                           m_notice->say(clipsText(1, u"copied"_s));
                        }});
     entries.push_back(
         {.title = isPinned ? u"Un&pin"_s : u"&Pin"_s,
