@@ -14,6 +14,7 @@ HERE = pathlib.Path(__file__).resolve().parent
 sys.path.insert(0, str(HERE.parent.parent / "tests" / "desktop"))
 from desktop import (  # noqa: E402
     Desktop, Quillo, key, main_guard, run, wait_for, xdotool)
+from library_pictures import make_library, make_library_wide  # noqa: E402
 from panel import Drag, Panel, click, geometry, move_to, pixels  # noqa: E402
 from sample_history import SampleHistory  # noqa: E402
 from settings_pictures import make_settings  # noqa: E402
@@ -362,7 +363,8 @@ def make_popover(gallery, history):
 
 
 SETS = {"settings": make_settings, "popover": make_popover, "main": make_main,
-        "plain": make_plain, "narrow": make_narrow, "wide": make_wide}
+        "plain": make_plain, "narrow": make_narrow, "wide": make_wide, "library": make_library,
+        "library-wide": make_library_wide}
 
 
 FONTS = """<?xml version="1.0"?><!DOCTYPE fontconfig SYSTEM "urn:fontconfig:fonts.dtd">

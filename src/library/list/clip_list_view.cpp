@@ -61,9 +61,6 @@ ClipListView::ClipListView(ListedClips& clips, QuickClipRowView::KindColor kindC
     connect(m_list, &QListView::clicked, this, [this](const QModelIndex& index) {
         Q_EMIT clicked(m_clips.model().ids().value(index.row()));
     });
-    connect(m_list, &QListView::doubleClicked, this, [this](const QModelIndex& index) {
-        Q_EMIT doubleClicked(m_clips.model().ids().value(index.row()));
-    });
     applyColors();
     showRefreshed();
 }

@@ -42,7 +42,6 @@ Q_SIGNALS:
     /// Return on the selected row.
     void chosen(const QUuid& clip);
     void clicked(const QUuid& clip);
-    void doubleClicked(const QUuid& clip);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

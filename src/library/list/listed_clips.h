@@ -9,13 +9,13 @@
 
 namespace quillo {
 
-/// Which clips a list has, newest first: without a search text the newest ones up to a number, or
-/// all, and with one every clip whose first text contains it. Follows the store. Main thread.
+/// Which clips a list has, newest first: without a search text the newest ones up to a number, and
+/// with one every clip whose first text contains it. Follows the store. Main thread.
 class ListedClips final : public QObject {
     Q_OBJECT
 
 public:
-    /// newestOnly is that number; 0 lists all. Everything must outlive the object.
+    /// newestOnly is that number. Everything must outlive the object.
     ListedClips(PersistenceController& persistence, ClipSearch& sharedSearch, const Clock& clock,
                 qsizetype newestOnly, QObject* parent = nullptr);
 
@@ -30,7 +30,7 @@ Q_SIGNALS:
     void refreshed();
 
 private:
-    [[nodiscard]] bool isSearched() const { return m_newestOnly == 0 || !m_searchText.isEmpty(); }
+    [[nodiscard]] bool isSearched() const { return !m_searchText.isEmpty(); }
     void refresh();
     void searchAgain();
     void showNewest();
