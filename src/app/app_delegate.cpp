@@ -2,7 +2,6 @@
 #include "app/app_delegate.h"
 
 #include <QCoreApplication>
-#include <QDesktopServices>
 #include <QTimer>
 #include <QUrl>
 #include <QWindow>
@@ -160,8 +159,7 @@ std::unique_ptr<LibraryView> AppDelegate::makeLibrary() {
     return std::make_unique<LibraryView>(LibraryServices{
         *m_persistence, m_hotkeyManager->overlayController().search(), *m_pasteBack, *m_defaults,
         *m_services.images, *m_services.richText, *m_services.thumbnails, *m_services.workspace,
-        m_clock, [](const QUrl& address) { QDesktopServices::openUrl(address); },
-        [](const QUrl& file) { showInFolder(file.toLocalFile()); },
+        m_clock, &openAddress, [](const QUrl& file) { showInFolder(file.toLocalFile()); },
         [this] { return spokenString(m_hotkeyManager->currentConfig()); }});
 }
 

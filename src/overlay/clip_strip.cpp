@@ -83,6 +83,17 @@ void ClipStrip::setSelectedIndex(int index) {
     CardListAccessible::announceFocus(*this);
 }
 
+void ClipStrip::followSelected(int index) {
+    setSelectedIndex(index);
+    const QRect place = layout().cardRect(index);
+    const int start = place.left() - StripLayout::kSidePadding;
+    const int end = place.right() + 1 + StripLayout::kSidePadding - width();
+    const bool isInSight = QRect(0, 0, width(), height()).intersects(cardRect(index));
+    if (isInSight && (m_scroller.position() > start || m_scroller.position() < end)) {
+        m_scroller.jumpTo(m_scroller.position() > start ? start : end);
+    }
+}
+
 void ClipStrip::reset() {
     m_selectedIndex = 0;
     m_hovered = {};

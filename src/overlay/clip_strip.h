@@ -27,6 +27,8 @@ public:
     void selectCard(int index);
     /// Moves the ring and leaves the scrolling as it is.
     void setSelectedIndex(int index);
+    /// The selected card has moved: one that is still seen, partly, is then seen whole.
+    void followSelected(int index);
     /// Back to the start, the ring on the first card.
     void reset();
     void setLook(const PanelLook& look);

@@ -346,7 +346,7 @@ void OverlayPanelController::clipsRefreshed() {
     }
     // A card that the person moved to stays the selected one when others come before it.
     m_selection.follow(m_clips.cardIds());
-    m_view->strip().setSelectedIndex(m_selection.index());
+    m_view->strip().followSelected(m_selection.index());
 }
 
 void OverlayPanelController::setPanelPosition(PanelPosition position) {

@@ -22,11 +22,15 @@ struct LibraryRig {
         : clock(now), persistence(std::move(options)) {}
 
     [[nodiscard]] std::unique_ptr<LibraryView> makeView() {
-        return std::make_unique<LibraryView>(LibraryServices{
-            persistence, search, pasteBack, defaults, images, documents, thumbnails, workspace,
-            clock, [this](const QUrl& address) { opened.append(address); },
-            [this](const QUrl& address) { shown.append(address); },
-            [] { return QStringLiteral("Shift-Super-V"); }});
+        return std::make_unique<LibraryView>(
+            LibraryServices{persistence, search, pasteBack, defaults, images, documents, thumbnails,
+                            workspace, clock,
+                            [this](const QUrl& address) {
+                                opened.append(address);
+                                return true;
+                            },
+                            [this](const QUrl& address) { shown.append(address); },
+                            [] { return QStringLiteral("Shift-Super-V"); }});
     }
 
     [[nodiscard]] QByteArray pasteboardText() {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "library/window/library_empty_state.h"
 
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QVBoxLayout>
 
@@ -33,10 +34,15 @@ LibraryEmptyState::LibraryEmptyState(const Texts& texts, QWidget* parent)
     for (QLabel* label : {m_symbol, m_title, m_caption}) {
         label->setAlignment(Qt::AlignCenter);
         label->setWordWrap(true);
-        column->addWidget(label);
     }
     m_caption->setMaximumWidth(kCaptionWidth);
-    column->setAlignment(m_caption, Qt::AlignHCenter);
+    auto* caption = new QHBoxLayout;
+    caption->addStretch(1);
+    caption->addWidget(m_caption, kCaptionWidth);
+    caption->addStretch(1);
+    column->addWidget(m_symbol);
+    column->addWidget(m_title);
+    column->addLayout(caption);
     column->addSpacing(4);
     column->addWidget(m_button, 0, Qt::AlignHCenter);
     column->addStretch();

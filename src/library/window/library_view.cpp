@@ -190,8 +190,11 @@ void LibraryView::connectDetail() {
             [this](const QUuid& pinboard, bool isMember) {
                 m_actions.setMembers(pinboard, m_detail->clips(), isMember);
             });
-    connect(m_detail, &ClipDetail::linkOpened, this,
-            [this](const QUrl& address) { m_services.openLink(address); });
+    connect(m_detail, &ClipDetail::linkOpened, this, [this](const QUrl& address) {
+        if (!m_services.openLink(address)) {
+            m_notice->say(u"No program opens links here"_s);
+        }
+    });
     connect(m_detail, &ClipDetail::fileShown, this,
             [this](const QUrl& address) { m_services.showFile(address); });
     connect(&m_pictures, &CardPictures::ready, m_detail, [this](const QUuid& clip) {

@@ -35,7 +35,7 @@ struct LibraryServices {
     ThumbnailService& thumbnails;
     Workspace& workspace;
     const Clock& clock;
-    std::function<void(const QUrl&)> openLink;  ///< In the person's browser.
+    std::function<bool(const QUrl&)> openLink;  ///< In the person's browser; false: none is there.
     std::function<void(const QUrl&)> showFile;  ///< In the person's file manager.
     std::function<QString()> shortcut;          ///< The panel's, in words.
 };

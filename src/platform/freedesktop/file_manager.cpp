@@ -6,9 +6,11 @@
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
-#include <QDesktopServices>
 #include <QFileInfo>
+#include <QProcess>
+#include <QStandardPaths>
 #include <QUrl>
+#include <algorithm>
 
 #include "platform/freedesktop/session_bus.h"
 
@@ -18,7 +20,7 @@ namespace quillo {
 namespace {
 
 void openFolderOf(const QString& path) {
-    QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(path).path()));
+    (void)openAddress(QUrl::fromLocalFile(QFileInfo(path).path()));
 }
 
 QDBusMessage questionFor(const QString& path) {
@@ -31,6 +33,17 @@ QDBusMessage questionFor(const QString& path) {
 }
 
 }  // namespace
+
+// Not QDesktopServices: where it finds no program it writes the address into the log.
+bool openAddress(const QUrl& address) {
+    const QString text = QString::fromLatin1(address.toEncoded());
+    const QString browser = qEnvironmentVariable("BROWSER").section(u':', 0, 0);
+    const QList<QStringList> commands{{u"xdg-open"_s}, {u"gio"_s, u"open"_s}, {browser}};
+    return std::ranges::any_of(commands, [&](QStringList command) {
+        const QString program = QStandardPaths::findExecutable(command.takeFirst());
+        return !program.isEmpty() && QProcess::startDetached(program, command << text);
+    });
+}
 
 void showInFolder(const QString& path) {
     if (sessionBusAddress().isEmpty()) {
