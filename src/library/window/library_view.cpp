@@ -35,8 +35,9 @@ QString howToFill(const LibraryQuestion& question) {
         case LibrarySection::Kind::AllClips:
             break;
     }
+    constexpr QChar kUnbrokenHyphen(0x2011);
     return u"Copy something to get started, then press %1 wherever you want to paste it"_s.arg(
-        question.shortcut);
+        QString(question.shortcut).replace(u'-', kUnbrokenHyphen));
 }
 
 void setGround(QWidget& widget, const QColor& color) {
