@@ -38,7 +38,9 @@ protected:
         m_view->show();
         // Without a display nobody else makes it so.
         QApplication::setActiveWindow(m_view.get());
-        ASSERT_TRUE(waitUntil([&] { return m_view->clips().isComplete(); }));
+        // A search that learnt of the store a moment ago may know of fewer.
+        const LibraryClips& shown = m_view->clips();
+        ASSERT_TRUE(waitUntil([&] { return shown.isComplete() && shown.count() == clips; }));
     }
 
     QUuid add(const QString& text) {
