@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "library/groups/clip_drag.h"
 #include "library/groups/panel_tips.h"
 #include "library/thumbnails/card_list_accessible.h"
 #include "overlay/strip_accessible.h"
@@ -25,8 +26,6 @@ constexpr int kEdge = 48;
 constexpr int kEdgeStep = 14;
 constexpr int kEdgeIntervalMs = 16;
 constexpr double kDraggedScale = 0.5;
-// Below the pointer, so that one sees what it is over.
-constexpr QPoint kDraggedHotSpot(-12, -16);
 
 }  // namespace
 
@@ -333,7 +332,7 @@ void ClipStrip::startDrag() {
     auto* drag = new QDrag(this);
     drag->setMimeData(contents.release());
     drag->setPixmap(m_painter.cardPixmap(index, devicePixelRatioF(), kDraggedScale));
-    drag->setHotSpot(kDraggedHotSpot);
+    drag->setHotSpot(kClipDragHotSpot);
     update();
     const QPointer<ClipStrip> self(this);
     // Never a move: a file manager would take the person's file away.

@@ -9,7 +9,7 @@
 
 #include "appearance/fonts.h"
 #include "library/groups/form_controls.h"
-#include "overlay/text_color.h"
+#include "library/groups/text_color.h"
 
 namespace quillo {
 namespace {

@@ -8,9 +8,9 @@
 
 #include "appearance/fonts.h"
 #include "library/groups/chip_row.h"
+#include "library/groups/text_color.h"
 #include "overlay/bar_button.h"
 #include "overlay/search_field.h"
-#include "overlay/text_color.h"
 
 namespace quillo {
 namespace {

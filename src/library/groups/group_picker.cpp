@@ -11,6 +11,7 @@
 #include "library/groups/form_controls.h"
 #include "library/groups/group_form.h"
 #include "library/groups/group_picker_row.h"
+#include "library/groups/text_color.h"
 #include "library/groups/text_field_menu.h"
 #include "model/groups.h"
 
@@ -165,9 +166,7 @@ void GroupPicker::showForm(bool isShown) {
 
 void GroupPicker::lookChanged() {
     applyLook(*content(), look());
-    QPalette quiet = m_empty->palette();
-    quiet.setColor(QPalette::WindowText, look().secondaryText);
-    m_empty->setPalette(quiet);
+    setTextColor(*m_empty, look().secondaryText);
     for (GroupPickerRow* row : std::as_const(m_rows)) {
         row->setLook(look());
     }

@@ -15,10 +15,6 @@ namespace {
 
 using Metrics = CardMetrics;
 
-QRectF centered(const QSizeF& size, const QRect& area) {
-    return {QRectF(area).center() - QPointF(size.width() / 2, size.height() / 2), size};
-}
-
 QRect textArea(const QRect& card) {
     return CardMetrics::bodyArea(card).adjusted(Metrics::kTextMargin, 0, -Metrics::kTextMargin, 0);
 }

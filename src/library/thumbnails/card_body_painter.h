@@ -53,4 +53,14 @@ void drawSnapped(QPainter& painter, const QRectF& place, const QPixmap& picture)
     return QSizeF(pixmap.size()) / pixmap.devicePixelRatio();
 }
 
+/// A square in the middle of a row's height.
+[[nodiscard]] inline QRect squareIn(const QRect& row, int left, int side) {
+    return {left, row.top() + (row.height() - side) / 2, side, side};
+}
+
+/// The size in the middle of an area.
+[[nodiscard]] inline QRectF centered(const QSizeF& size, const QRect& area) {
+    return {QRectF(area).center() - QPointF(size.width() / 2, size.height() / 2), size};
+}
+
 }  // namespace quillo

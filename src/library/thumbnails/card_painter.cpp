@@ -36,10 +36,6 @@ QRect footerArea(const QRect& card) {
             card.width() - 2 * Metrics::kMargin, Metrics::kFooterHeight};
 }
 
-QRect squareIn(const QRect& row, int left, int side) {
-    return {left, row.top() + (row.height() - side) / 2, side, side};
-}
-
 // "1920x1080 · 842 KB", "docs.example.org", ...
 QString footerDetail(const CardFace& face) {
     const QSize size = face.state.picture.imageSize;
@@ -255,13 +251,7 @@ void CardPainter::Private::paintSourceIcon(QPainter& painter, const CardFace& fa
         drawSnapped(painter, place, face.state.picture.sourceIcon);
         return;
     }
-    const QString& identifier = face.card.sourceIdentifier;
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(tileColor(identifier.isEmpty() ? face.card.source : identifier));
-    painter.drawRoundedRect(place, 4, 4);
-    painter.setPen(Qt::white);
-    texts.drawLine(painter, place, CardFont::Letter, tileLetter(face.card.source),
-                   Qt::AlignHCenter);
+    paintSourceTile(painter, texts, place, face.card);
 }
 
 void CardPainter::Private::paintBadge(QPainter& painter, const CardFace& face) {

@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "library/thumbnails/source_tile.h"
 
+#include <QPainter>
 #include <algorithm>
 #include <iterator>
+
+#include "library/thumbnails/card_content.h"
+#include "library/thumbnails/card_texts.h"
 
 namespace quillo {
 namespace {
@@ -24,6 +28,16 @@ QColor tileColor(const QString& identifier) {
         hash = (hash ^ quint8(byte)) * 16'777'619U;
     }
     return QColor::fromRgb(kColors[hash % std::size(kColors)]);
+}
+
+void paintSourceTile(QPainter& painter, CardTexts& texts, const QRect& place,
+                     const CardContent& card) {
+    const QString& identifier = card.sourceIdentifier;
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(tileColor(identifier.isEmpty() ? card.source : identifier));
+    painter.drawRoundedRect(place, 4, 4);
+    painter.setPen(Qt::white);
+    texts.drawLine(painter, place, CardFont::Letter, tileLetter(card.source), Qt::AlignHCenter);
 }
 
 }  // namespace quillo

@@ -10,6 +10,7 @@
 #include "appearance/fonts.h"
 #include "library/groups/form_controls.h"
 #include "library/groups/slim_scroll_bar.h"
+#include "library/groups/text_color.h"
 #include "library/list/clip_list_model.h"
 #include "library/window/detail_content_box.h"
 #include "library/window/flow_layout.h"
@@ -137,7 +138,7 @@ void ClipDetail::setLook(const LibraryLook& look) {
         button->setLook(look.controls);
     }
     for (QLabel* heading : std::as_const(m_headings)) {
-        setInk(*heading, look.secondaryText);
+        setTextColor(*heading, look.secondaryText);
     }
     for (MembershipChip* chip : std::as_const(m_chipButtons)) {
         chip->setLook(look);

@@ -6,6 +6,7 @@
 #include "appearance/fonts.h"
 #include "library/groups/form_controls.h"
 #include "library/groups/popup_menu.h"
+#include "library/groups/text_color.h"
 #include "library/thumbnails/source_tile.h"
 #include "library/window/clip_detail.h"
 #include "library/window/flow_layout.h"
@@ -81,8 +82,8 @@ void ClipDetail::showRows(const QList<DetailRow>& rows) {
         value->setTextFormat(Qt::PlainText);
         value->setWordWrap(true);
         value->setAccessibleName(rows[i].label + u": "_s + rows[i].value);
-        setInk(*label, m_look.secondaryText);
-        setInk(*value, m_look.primaryText);
+        setTextColor(*label, m_look.secondaryText);
+        setTextColor(*value, m_look.primaryText);
         m_rows->addWidget(label, i, 0, Qt::AlignTop);
         if (rows[i].hasSourceIcon) {
             m_sourceIcon = new QLabel;

@@ -7,6 +7,7 @@
 #include <QPointer>
 #include <utility>
 
+#include "library/groups/clip_drag.h"
 #include "library/thumbnails/card_list_accessible.h"
 #include "library/window/clip_grid.h"
 
@@ -14,8 +15,6 @@ namespace quillo {
 namespace {
 
 constexpr double kDraggedScale = 0.7;
-// Below the pointer, so that one sees what it is over.
-constexpr QPoint kDraggedHotSpot(-12, -16);
 constexpr int kBandAlpha = 48;
 
 }  // namespace
@@ -136,7 +135,7 @@ void ClipGrid::startDrag() {
     auto* drag = new QDrag(this);
     drag->setMimeData(contents.release());
     drag->setPixmap(dragPixmap(index, clips.size()));
-    drag->setHotSpot(kDraggedHotSpot);
+    drag->setHotSpot(kClipDragHotSpot);
     const QPointer<ClipGrid> self(this);
     // Never a move: a file manager would take the person's file away.
     drag->exec(Qt::CopyAction);

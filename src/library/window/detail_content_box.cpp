@@ -7,6 +7,7 @@
 
 #include "appearance/fonts.h"
 #include "library/groups/form_controls.h"
+#include "library/groups/text_color.h"
 #include "library/window/detail_text_view.h"
 #include "model/filter_type.h"
 
@@ -65,9 +66,7 @@ void DetailContentBox::setLook(const LibraryLook& look) {
     PopupLook controls = look.controls;
     controls.accentText = readableText(look.accent, {look.field});
     m_open->setLook(controls);
-    QPalette palette = m_title->palette();
-    palette.setColor(QPalette::WindowText, look.primaryText);
-    m_title->setPalette(palette);
+    setTextColor(*m_title, look.primaryText);
     update();
 }
 

@@ -25,14 +25,6 @@ constexpr int kPinSide = 11;
 constexpr int kNameHeight = 18;
 constexpr int kFallbackSide = 34;
 
-QRect squareIn(const QRect& row, int left, int side) {
-    return {left, row.top() + (row.height() - side) / 2, side, side};
-}
-
-QRectF centered(const QSizeF& size, const QRect& area) {
-    return {QRectF(area).center() - QPointF(size.width() / 2, size.height() / 2), size};
-}
-
 QPainterPath rounded(const QRect& area) {
     QPainterPath path;
     path.addRoundedRect(area, kRadius, kRadius);
@@ -197,13 +189,7 @@ void GridCardPainter::paintSource(const Face& face, const QRect& place) {
     const QRect icon = squareIn(place, place.left(), kSourceSide);
     const QPixmap& picture = face.state.picture.sourceIcon;
     if (picture.isNull()) {
-        const QString& identifier = face.card.sourceIdentifier;
-        face.painter.setPen(Qt::NoPen);
-        face.painter.setBrush(tileColor(identifier.isEmpty() ? face.card.source : identifier));
-        face.painter.drawRoundedRect(icon, 4, 4);
-        face.painter.setPen(Qt::white);
-        m_texts.drawLine(face.painter, icon, CardFont::Letter, tileLetter(face.card.source),
-                         Qt::AlignHCenter);
+        paintSourceTile(face.painter, m_texts, icon, face.card);
     } else {
         face.painter.drawPixmap(QRectF(icon), picture, QRectF(QPointF(), QSizeF(picture.size())));
     }

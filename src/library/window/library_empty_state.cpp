@@ -8,6 +8,7 @@
 #include "appearance/fonts.h"
 #include "appearance/symbols.h"
 #include "library/groups/form_controls.h"
+#include "library/groups/text_color.h"
 
 namespace quillo {
 namespace {
@@ -63,8 +64,8 @@ void LibraryEmptyState::setTexts(const Texts& texts) {
 
 void LibraryEmptyState::setLook(const LibraryLook& look) {
     m_look = look;
-    setInk(*m_title, look.primaryText);
-    setInk(*m_caption, look.secondaryText);
+    setTextColor(*m_title, look.primaryText);
+    setTextColor(*m_caption, look.secondaryText);
     m_button->setLook(look.controls);
     showSymbol();
 }

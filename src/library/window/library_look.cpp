@@ -58,10 +58,4 @@ PopupLook librarySheet(ColorScheme scheme) {
     return popupLook(libraryLook(scheme).menus);
 }
 
-void setInk(QWidget& label, const QColor& color) {
-    QPalette palette = label.palette();
-    palette.setColor(QPalette::WindowText, color);
-    label.setPalette(palette);
-}
-
 }  // namespace quillo

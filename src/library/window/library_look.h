@@ -33,7 +33,4 @@ struct LibraryLook {
 /// Of what stands on a sheet over the window.
 [[nodiscard]] PopupLook librarySheet(ColorScheme scheme);
 
-/// The colour of a label's text.
-void setInk(QWidget& label, const QColor& color);
-
 }  // namespace quillo

@@ -11,6 +11,7 @@
 #include "appearance/fonts.h"
 #include "library/groups/form_controls.h"
 #include "library/groups/slim_scroll_bar.h"
+#include "library/groups/text_color.h"
 #include "library/window/library_search_bar.h"
 
 using namespace Qt::StringLiterals;
@@ -82,8 +83,8 @@ void LibrarySidebar::setLook(const LibraryLook& look) {
     palette.setColor(QPalette::Window, look.accent);
     m_placeLine->setPalette(palette);
     const QColor quiet = readableText(look.secondaryText, {look.sidebar});
-    setInk(*m_libraryHeading, quiet);
-    setInk(*m_pinboardsHeading, quiet);
+    setTextColor(*m_libraryHeading, quiet);
+    setTextColor(*m_pinboardsHeading, quiet);
     m_plus->setLook(look.controls);
     for (SidebarRow* row : std::as_const(m_rows)) {
         row->setLook(look);

@@ -14,6 +14,7 @@
 
 #include "appearance/fonts.h"
 #include "library/groups/form_controls.h"
+#include "library/groups/text_color.h"
 #include "library/groups/text_field_menu.h"
 
 using namespace Qt::StringLiterals;
@@ -245,7 +246,7 @@ void LibraryView::applyLook() {
     m_tips->setColors(m_look.menus);
     setGround(*m_line, m_look.line);
     setGround(*m_line->parentWidget(), m_look.ground);
-    setInk(*m_title, m_look.primaryText);
+    setTextColor(*m_title, m_look.primaryText);
     m_newPinboard->setLook(m_look.controls);
     m_sidebar->setLook(m_look);
     m_searchBar->setLook(m_look);
