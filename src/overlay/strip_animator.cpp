@@ -9,6 +9,7 @@ namespace quillo {
 namespace {
 
 constexpr int kDurationMs = 200;
+constexpr int kFrameMs = 16;
 // More come and go only when another list is shown.
 constexpr qsizetype kMostExchanged = 3;
 
@@ -37,12 +38,10 @@ QHash<QUuid, int> cardShifts(const QList<QUuid>& before, const QList<QUuid>& aft
     return isSameList ? shifts : QHash<QUuid, int>();
 }
 
-StripAnimator::StripAnimator(QObject* parent) : QObject(parent) {
-    m_progress.setDuration(kDurationMs);
+StripAnimator::StripAnimator(QObject* parent) : QObject(parent), m_progress(kDurationMs) {
+    m_progress.setUpdateInterval(kFrameMs);
     m_progress.setEasingCurve(QEasingCurve::InOutQuad);
-    m_progress.setStartValue(1.0);
-    m_progress.setEndValue(0.0);
-    connect(&m_progress, &QVariantAnimation::valueChanged, this, &StripAnimator::advanced);
+    connect(&m_progress, &QTimeLine::valueChanged, this, &StripAnimator::advanced);
 }
 
 void StripAnimator::rearrange(const QList<QUuid>& before, const QList<QUuid>& after) {
@@ -59,7 +58,7 @@ void StripAnimator::finish() {
 }
 
 bool StripAnimator::isMoving() const {
-    return m_progress.state() == QAbstractAnimation::Running;
+    return m_progress.state() == QTimeLine::Running;
 }
 
 int StripAnimator::offsetOf(const QUuid& clip) const {
@@ -67,7 +66,7 @@ int StripAnimator::offsetOf(const QUuid& clip) const {
         return 0;
     }
     return int(std::lround(m_shifts.value(clip) * StripLayout::kStep *
-                           m_progress.currentValue().toDouble()));
+                           (1.0 - m_progress.currentValue())));
 }
 
 }  // namespace quillo

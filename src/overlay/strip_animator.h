@@ -4,8 +4,8 @@
 #include <QHash>
 #include <QList>
 #include <QObject>
+#include <QTimeLine>
 #include <QUuid>
-#include <QVariantAnimation>
 
 namespace quillo {
 
@@ -35,7 +35,7 @@ Q_SIGNALS:
 
 private:
     QHash<QUuid, int> m_shifts;
-    QVariantAnimation m_progress;  ///< From 1, the old place, to 0.
+    QTimeLine m_progress;
 };
 
 }  // namespace quillo

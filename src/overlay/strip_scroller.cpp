@@ -4,18 +4,9 @@
 #include <algorithm>
 
 namespace quillo {
-namespace {
-
-constexpr int kGlideDurationMs = 160;
-constexpr int kFirstStepMs = 16;
-
-}  // namespace
 
 StripScroller::StripScroller(QObject* parent) : QObject(parent) {
-    m_glide.setDuration(kGlideDurationMs);
-    m_glide.setEasingCurve(QEasingCurve::OutCubic);
-    connect(&m_glide, &QVariantAnimation::valueChanged, this,
-            [this](const QVariant& at) { moveTo(at.toInt()); });
+    connect(&m_glide, &Glide::moved, this, &StripScroller::moveTo);
 }
 
 void StripScroller::setLimit(int limit) {
@@ -35,18 +26,7 @@ void StripScroller::scrollBy(int pixels) {
 }
 
 void StripScroller::glideBy(int pixels) {
-    const bool isGliding = m_glide.state() == QAbstractAnimation::Running;
-    const int from = isGliding ? m_glide.endValue().toInt() : m_position;
-    const int target = std::clamp(from + pixels, 0, m_limit);
-    m_glide.stop();
-    if (target == m_position) {
-        return;
-    }
-    m_glide.setStartValue(m_position);
-    m_glide.setEndValue(target);
-    m_glide.start();
-    // The first step at once, not a frame later.
-    m_glide.setCurrentTime(kFirstStepMs);
+    m_glide.start(m_position, pixels, 0, m_limit);
 }
 
 void StripScroller::moveTo(int position) {

@@ -2,7 +2,8 @@
 #pragma once
 
 #include <QObject>
-#include <QVariantAnimation>
+
+#include "library/groups/glide.h"
 
 namespace quillo {
 
@@ -33,7 +34,7 @@ private:
 
     int m_position = 0;
     int m_limit = 0;
-    QVariantAnimation m_glide;
+    Glide m_glide;
 };
 
 }  // namespace quillo

@@ -7,6 +7,7 @@
 #include <QFile>
 #include <algorithm>
 
+#include "platform/x11/desktop/window_queries.h"
 #include "platform/x11/desktop/xkb_protocol.h"
 #include "support/wait_until.h"
 
@@ -36,6 +37,12 @@ QList<xcb_keysym_t> symbolsOfKey(xcb_connection_t* connection, xcb_keycode_t key
         connection, xcb_get_keyboard_mapping(connection, key, 1), nullptr));
     const xcb_keysym_t* symbols = xcb_get_keyboard_mapping_keysyms(reply.get());
     return {symbols, symbols + xcb_get_keyboard_mapping_keysyms_length(reply.get())};
+}
+
+bool isViewable(const x11::Connection& connection, xcb_window_t window) {
+    const XcbPtr<xcb_get_window_attributes_reply_t> attributes(xcb_get_window_attributes_reply(
+        connection.get(), xcb_get_window_attributes(connection.get(), window), nullptr));
+    return attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE;
 }
 
 }  // namespace
@@ -153,6 +160,13 @@ Terminal::Terminal(const QString& windowClass) {
         return m_window != 0;
     });
     EXPECT_TRUE(isUp) << "xterm did not start";
+    const x11::Connection connection = connected();
+    EXPECT_TRUE(waitUntil([&] { return isViewable(connection, m_window); }));
+    x11::WindowQueries queries(connection);
+    if (queries.hasWindowManager()) {
+        // One that has only just started may leave the first window without.
+        (void)waitUntil([&] { return queries.hasFocus(m_window); }, std::chrono::seconds(1));
+    }
 }
 
 Terminal::~Terminal() {

@@ -73,7 +73,7 @@ private:
     QList<Press> m_presses;
 };
 
-/// An xterm.
+/// An xterm, which a window manager has given the focus as it does to each new window.
 class Terminal final {
 public:
     explicit Terminal(const QString& windowClass);

@@ -40,15 +40,20 @@ protected:
         });
     }
 
-    /// As the window manager would on a click; also where there is none.
+    /// As the window manager would on a click; also where there is none. It is seldom asked again:
+    /// what it has not served yet it would serve when the test has gone on.
     [[nodiscard]] bool bringToFront(xcb_window_t window) {
         RunningApplication application;
         application.windowId = window;
+        QElapsedTimer asked;
         return waitUntil([&] {
-                   m_workspace->activate(application);
-                   return focusIsIn(window);
-               }) &&
-               waitForFront(window);
+            if (!asked.isValid() || asked.hasExpired(200)) {
+                m_workspace->activate(application);
+                asked.start();
+            }
+            const auto front = m_workspace->frontmostApplication();
+            return focusIsIn(window) && front && front->windowId == window;
+        });
     }
 
     [[nodiscard]] bool focusIsIn(xcb_window_t window) {
@@ -147,7 +152,6 @@ TEST_F(X11WorkspaceTest, TellsOfEachChangeOfTheActiveWindowWhileItIsWatched) {
 TEST_F(X11WorkspaceTest, AWaitForTheFocusEndsAtItsDeadlineAndANewOneReplacesIt) {
     const Terminal first(u"QuilloTerm"_s);
     const Terminal second(u"QuilloTerm"_s);
-    ASSERT_TRUE(bringToFront(first.id()));
     ASSERT_TRUE(bringToFront(second.id()));
     RunningApplication behind;
     behind.windowId = first.id();

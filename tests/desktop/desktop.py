@@ -303,6 +303,7 @@ class Quillo:
     def show_panel(self):
         self.press_hotkey()
         window = wait_for(self.panel, "the panel")
+        self.pressed = time.monotonic()  # When the press was handled, or a little later.
         wait_for(lambda: active_window() == window, "the panel's focus")
         return window
 

@@ -95,11 +95,20 @@ def wake_ups(pid):
 
 def wait_until_quiet(pid, seconds=2.5, deadline=60.0):
     """Waits until the process has not woken for a time: longer than its threads linger."""
+    woken = {}
+
     def quiet():
         before = wake_ups(pid)
         time.sleep(seconds)
-        return wake_ups(pid) == before
-    wait_for(quiet, "the process to rest", deadline)
+        now = wake_ups(pid)
+        woken.clear()
+        woken.update({name: count - before.get(name, 0) for name, count in now.items()
+                      if count != before.get(name)})
+        return now == before
+    try:
+        wait_for(quiet, "the process to rest", deadline)
+    except Failure as failure:
+        raise Failure(f"{failure}; in the last {seconds:g} s woke {woken}") from None
 
 
 def memory_kb(pid):

@@ -2,6 +2,10 @@
 // The parts of the strip and of the bar, each without a display.
 #include <gtest/gtest.h>
 
+#include <QAbstractEventDispatcher>
+#include <QEventLoop>
+#include <QTimer>
+
 #include "overlay/bar_layout.h"
 #include "overlay/pending_deletions.h"
 #include "overlay/strip_animator.h"
@@ -53,6 +57,28 @@ TEST(StripAnimator, CardsStartWhereTheyWere) {
         EXPECT_EQ(cardShifts(clips(row.before), clips(row.after)), expected)
             << row.before << " -> " << row.after;
     }
+}
+
+// A movement that ends while the next one is about to begin once left a frame timer behind, which
+// woke the program sixty times a second for ever.
+TEST(StripAnimator, NoTimerOutlivesTheMovement) {
+    const QList<QUuid> clips = {QUuid::createUuid(), QUuid::createUuid()};
+    const QList<QUuid> turned = {clips.at(1), clips.at(0)};
+    StripAnimator animator;
+    animator.rearrange(clips, turned);
+    ASSERT_TRUE(waitUntil([&] { return animator.offsetOf(clips.at(0)) > -200; }));
+    animator.finish();
+    QMetaObject::invokeMethod(&animator, &StripAnimator::finish, Qt::QueuedConnection);
+    animator.rearrange(turned, clips);
+    ASSERT_TRUE(waitUntil([&] { return !animator.isMoving(); }));
+
+    int wakeUps = 0;
+    QEventLoop loop;
+    QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::awake, &loop,
+                     [&wakeUps] { ++wakeUps; });
+    QTimer::singleShot(std::chrono::milliseconds(300), &loop, &QEventLoop::quit);
+    loop.exec();
+    EXPECT_LT(wakeUps, 10);
 }
 
 TEST(StripSelection, StaysWithItsClipOnceThePersonMovedIt) {

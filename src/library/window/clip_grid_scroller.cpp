@@ -7,8 +7,6 @@
 namespace quillo {
 namespace {
 
-constexpr int kGlideDurationMs = 140;
-constexpr int kFirstStepMs = 16;
 constexpr int kPullIntervalMs = 16;
 constexpr int kEdge = 40;
 constexpr int kDepthPerPixel = 3;
@@ -17,11 +15,8 @@ constexpr int kFarthestPull = 60;
 }  // namespace
 
 ClipGridScroller::ClipGridScroller(QScrollBar& bar) : m_bar(bar) {
-    m_glide.setDuration(kGlideDurationMs);
-    m_glide.setEasingCurve(QEasingCurve::OutCubic);
-    connect(&m_glide, &QVariantAnimation::valueChanged, &bar,
-            [this](const QVariant& at) { m_bar.setValue(at.toInt()); });
-    connect(&bar, &QScrollBar::sliderPressed, &m_glide, &QVariantAnimation::stop);
+    connect(&m_glide, &Glide::moved, &bar, &QScrollBar::setValue);
+    connect(&bar, &QScrollBar::sliderPressed, &m_glide, &Glide::stop);
     m_pull.setInterval(kPullIntervalMs);
     connect(&m_pull, &QTimer::timeout, this, [this] { jumpTo(m_bar.value() + m_pullStep); });
 }
@@ -32,23 +27,11 @@ void ClipGridScroller::jumpTo(int position) {
 }
 
 void ClipGridScroller::glideBy(int pixels) {
-    const bool isGliding = m_glide.state() == QAbstractAnimation::Running;
-    const int from = isGliding ? m_glide.endValue().toInt() : m_bar.value();
-    const int target = std::clamp(from + pixels, m_bar.minimum(), m_bar.maximum());
-    m_glide.stop();
-    if (target == m_bar.value()) {
-        return;
-    }
-    m_glide.setStartValue(m_bar.value());
-    m_glide.setEndValue(target);
-    m_glide.start();
-    // The first step at once, not a frame later.
-    m_glide.setCurrentTime(kFirstStepMs);
+    m_glide.start(m_bar.value(), pixels, m_bar.minimum(), m_bar.maximum());
 }
 
 void ClipGridScroller::shiftBy(int pixels) {
-    const bool isGliding = m_glide.state() == QAbstractAnimation::Running;
-    const int left = isGliding ? m_glide.endValue().toInt() - m_bar.value() : 0;
+    const int left = m_glide.left(m_bar.value());
     jumpTo(m_bar.value() + pixels);
     if (left != 0) {
         glideBy(left);

@@ -3,7 +3,8 @@
 
 #include <QObject>
 #include <QTimer>
-#include <QVariantAnimation>
+
+#include "library/groups/glide.h"
 
 class QScrollBar;
 
@@ -31,7 +32,7 @@ public:
 
 private:
     QScrollBar& m_bar;
-    QVariantAnimation m_glide;
+    Glide m_glide;
     QTimer m_pull;
     int m_pullStep = 0;
 };
