@@ -21,6 +21,6 @@ else
     # Named runs need programs that are too big for every run, or too long; see docs/testing.md.
     selection=(-LE 'big|kill|endurance|overlay')
 fi
-scripts/check_tidy.sh build/dev
+python3 scripts/check_tidy.py build/dev
 # Two at a time; what measures time, memory or rest runs alone.
 ctest --preset dev "${selection[@]}" --no-tests=error -j "${QUILLO_TEST_JOBS:-2}"

@@ -65,8 +65,8 @@ int StripAnimator::offsetOf(const QUuid& clip) const {
     if (!isMoving()) {
         return 0;
     }
-    return int(std::lround(m_shifts.value(clip) * StripLayout::kStep *
-                           (1.0 - m_progress.currentValue())));
+    return int(
+        std::lround(m_shifts.value(clip) * StripLayout::kStep * (1.0 - m_progress.currentValue())));
 }
 
 }  // namespace quillo
