@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "app/settings/privacy_page.h"
 
-#include <QDesktopServices>
 #include <QDir>
 #include <QUrl>
 
+#include "app/settings/settings_look.h"
 #include "app/settings/settings_section.h"
 #include "app/settings/symbol_label.h"
+#include "library/groups/alert.h"
 #include "library/groups/form_controls.h"
+#include "platform/freedesktop/file_manager.h"
 
 using namespace Qt::StringLiterals;
 
@@ -73,15 +75,22 @@ SettingsRow* nameRow() {
     return row;
 }
 
+void openWebsite(QWidget* over) {
+    const QString address = u"https://"_s + QStringLiteral(QUILLO_WEBSITE);
+    if (!openAddress(QUrl(address))) {
+        Alert::show(over, settingsControls,
+                    {.title = u"No program opens links here"_s,
+                     .message = u"The website is %1."_s.arg(address)});
+    }
+}
+
 SettingsRow* websiteRow() {
     auto* row = new SettingsRow({.title = u"Website"_s, .symbol = u"globe"_s});
     row->title().setStyle(FormLabel::Style::Text);
     auto* link = new PushButton(PushButton::Style::Link, QStringLiteral(QUILLO_WEBSITE));
     link->setSymbol(u"arrow.up.right"_s);
     link->setToolTip(u"Open in the browser"_s);
-    QObject::connect(link, &QAbstractButton::clicked, row, [] {
-        QDesktopServices::openUrl(QUrl(u"https://"_s + QStringLiteral(QUILLO_WEBSITE)));
-    });
+    QObject::connect(link, &QAbstractButton::clicked, row, [row] { openWebsite(row); });
     row->addControl(link);
     return row;
 }

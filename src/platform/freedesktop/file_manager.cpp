@@ -34,14 +34,19 @@ QDBusMessage questionFor(const QString& path) {
 
 }  // namespace
 
-// Not QDesktopServices: where it finds no program it writes the address into the log.
+// Not QDesktopServices: where it finds no program it writes the address into the log. What the
+// program that opens it says is as little for the log: it names the address, too.
 bool openAddress(const QUrl& address) {
     const QString text = QString::fromLatin1(address.toEncoded());
     const QString browser = qEnvironmentVariable("BROWSER").section(u':', 0, 0);
     const QList<QStringList> commands{{u"xdg-open"_s}, {u"gio"_s, u"open"_s}, {browser}};
     return std::ranges::any_of(commands, [&](QStringList command) {
-        const QString program = QStandardPaths::findExecutable(command.takeFirst());
-        return !program.isEmpty() && QProcess::startDetached(program, command << text);
+        QProcess process;
+        process.setProgram(QStandardPaths::findExecutable(command.takeFirst()));
+        process.setArguments(command << text);
+        process.setStandardOutputFile(QProcess::nullDevice());
+        process.setStandardErrorFile(QProcess::nullDevice());
+        return !process.program().isEmpty() && process.startDetached();
     });
 }
 
