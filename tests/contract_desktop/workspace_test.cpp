@@ -33,11 +33,10 @@ protected:
         ASSERT_TRUE(m_workspace);
     }
 
-    [[nodiscard]] bool waitForFront(xcb_window_t window) {
-        return waitUntil([&] {
-            const auto front = m_workspace->frontmostApplication();
-            return (front ? front->windowId : 0) == window;
-        });
+    /// 0: whether no program is in front.
+    [[nodiscard]] bool isInFront(xcb_window_t window) {
+        const auto front = m_workspace->frontmostApplication();
+        return (front ? front->windowId : 0) == window;
     }
 
     /// As the window manager would on a click; also where there is none. It is seldom asked again:
@@ -51,8 +50,7 @@ protected:
                 m_workspace->activate(application);
                 asked.start();
             }
-            const auto front = m_workspace->frontmostApplication();
-            return focusIsIn(window) && front && front->windowId == window;
+            return focusIsIn(window) && isInFront(window);
         });
     }
 
@@ -86,7 +84,8 @@ TEST_F(X11WorkspaceTest, TheProgramInFrontIsItsDesktopEntry) {
     EXPECT_GT(frame->width(), 100);
 
     terminal.quit();
-    EXPECT_TRUE(waitForFront(0)) << "a window that is gone is no program in front";
+    EXPECT_TRUE(waitUntil([&] { return isInFront(0); }))
+        << "a window that is gone is no program in front";
     EXPECT_FALSE(m_workspace->frame(*front));
     m_workspace->activate(*front);
 }

@@ -115,18 +115,19 @@ class GrowthTest(HistoryTest):
     def show_until(self, shown):
         while self.shown < shown:
             self.quillo.show_panel()
-            key("Escape")
-            self.quillo.wait_until_hidden()
-            self.shown += 1
+            self.hide_panel()
+
+    def hide_panel(self):
+        key("Escape")
+        self.quillo.wait_until_hidden()
+        self.shown += 1
 
     def show_newest(self):
         """Until the newest pictures are loaded: whether a show beside the copies comes to that is
         chance, and what they take is no growth."""
         self.quillo.show_panel()
         wait_until_quiet(self.pid, seconds=0.5)
-        key("Escape")
-        self.quillo.wait_until_hidden()
-        self.shown += 1
+        self.hide_panel()
 
     def go_on_until(self, last):
         """Copies as fast as it goes while the panel comes and goes."""

@@ -62,14 +62,12 @@ TEST(StripAnimator, CardsStartWhereTheyWere) {
 // A movement that ends while the next one is about to begin once left a frame timer behind, which
 // woke the program sixty times a second for ever.
 TEST(StripAnimator, NoTimerOutlivesTheMovement) {
-    const QList<QUuid> clips = {QUuid::createUuid(), QUuid::createUuid()};
-    const QList<QUuid> turned = {clips.at(1), clips.at(0)};
     StripAnimator animator;
-    animator.rearrange(clips, turned);
-    ASSERT_TRUE(waitUntil([&] { return animator.offsetOf(clips.at(0)) > -200; }));
+    animator.rearrange(clips("ab"), clips("ba"));
+    ASSERT_TRUE(waitUntil([&] { return animator.offsetOf(clip('a')) > -200; }));
     animator.finish();
     QMetaObject::invokeMethod(&animator, &StripAnimator::finish, Qt::QueuedConnection);
-    animator.rearrange(turned, clips);
+    animator.rearrange(clips("ba"), clips("ab"));
     ASSERT_TRUE(waitUntil([&] { return !animator.isMoving(); }));
 
     int wakeUps = 0;
